@@ -1,0 +1,36 @@
+# vesk_compile_settings(TARGET): what every target of the project is compiled with.
+find_package(Threads REQUIRED)
+
+set(VESK_COMPILE_OPTIONS
+    # Both keep arithmetic the same from machine to machine: no fused operations, and file names in
+    # log records start at the source root.
+    -ffp-contract=off
+    "-fmacro-prefix-map=${PROJECT_SOURCE_DIR}/="
+)
+set(VESK_WARNINGS -Wall -Wextra -Wshadow -Wnon-virtual-dtor -Woverloaded-virtual -Wnull-dereference -Wformat=2)
+if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+    # GCC 12 reports false null dereferences out of inlined standard library code.
+    list(REMOVE_ITEM VESK_WARNINGS -Wnull-dereference)
+endif()
+
+function(vesk_compile_settings TARGET)
+    target_compile_features(${TARGET} PUBLIC cxx_std_17)
+    set_target_properties(${TARGET} PROPERTIES
+        CXX_EXTENSIONS OFF
+        CXX_VISIBILITY_PRESET hidden
+        VISIBILITY_INLINES_HIDDEN ON
+        POSITION_INDEPENDENT_CODE ON
+    )
+    target_compile_options(${TARGET} PRIVATE ${VESK_COMPILE_OPTIONS} ${VESK_WARNINGS})
+    if(VESK_WARNINGS_AS_ERRORS)
+        target_compile_options(${TARGET} PRIVATE -Werror)
+    endif()
+    if(VESK_SANITIZE)
+        set(flags -fsanitize=${VESK_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=all -g1)
+        if(VESK_SANITIZE MATCHES "undefined")
+            list(APPEND flags -fsanitize=float-cast-overflow)
+        endif()
+        target_compile_options(${TARGET} PRIVATE ${flags})
+        target_link_options(${TARGET} PRIVATE ${flags})
+    endif()
+endfunction()
