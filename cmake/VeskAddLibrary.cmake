@@ -36,6 +36,8 @@ function(vesk_add_library)
                 $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}>
             PRIVATE src)
         target_link_libraries(${_target} PUBLIC ${ARG_PUBLIC} PRIVATE ${ARG_PRIVATE} Threads::Threads)
+        # Log records carry the library's name as their module tag.
+        target_compile_definitions(${_target} PRIVATE VESK_LOG_TAG="${_target}")
         # Error codes outlive a dlclose(): their categories must stay mapped.
         target_link_options(${_target} PRIVATE LINKER:-z,nodelete LINKER:--no-undefined)
         if(VESK_SANITIZE)
