@@ -32,9 +32,12 @@
 #define TF_TOKENS_NAME_0(elem) elem
 #define TF_TOKENS_NAME_1(elem) TF_PP_TUPLE_ELEM(0, elem)
 
+#define TF_TOKENS_END_IMPL(...) __VA_ARGS__##_END
+#define TF_TOKENS_END(...) TF_TOKENS_END_IMPL(__VA_ARGS__)
+
 #define TF_TOKENS_MEMBERS(seq)                                                                               \
-    TF_PP_CAT(TF_TOKENS_MEMBER_A seq, _END)                                                                  \
-    std::vector<PXR_NS::TfToken> allTokens = {TF_PP_CAT(TF_TOKENS_NAME_A seq, _END)};
+    TF_TOKENS_END(TF_TOKENS_MEMBER_A seq)                                                                    \
+    std::vector<PXR_NS::TfToken> allTokens = {TF_TOKENS_END(TF_TOKENS_NAME_A seq)};
 
 #define TF_TOKENS_STRUCT(key) TF_PP_CAT(key, _StaticTokenType)
 #define TF_TOKENS_PRIVATE_STRUCT(key) TF_PP_CAT(key, _PrivateStaticTokenType)
