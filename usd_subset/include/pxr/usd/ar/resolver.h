@@ -1,0 +1,79 @@
+#pragma once
+
+/// Turns asset paths into the places of files.
+
+#include <pxr/base/vt/value.h>
+#include <pxr/pxr.h>
+#include <pxr/usd/ar/api.h>
+#include <pxr/usd/ar/assetInfo.h>
+#include <pxr/usd/ar/resolvedPath.h>
+#include <pxr/usd/ar/resolverContext.h>
+#include <pxr/usd/ar/timestamp.h>
+
+#include <memory>
+#include <string>
+#include <vector>
+
+PXR_NAMESPACE_OPEN_SCOPE
+
+class ArAsset;
+
+/// The resolver of files on disk. Paths that begin with `./`, `../` or a plain name are anchored to the
+/// directory of their anchor; a plain relative path that has no file there is sought in the search paths of the
+/// bound context and of SetDefaultSearchPath(). No URL is ever fetched.
+/// Thread: any; bound contexts belong to the thread that binds them.
+class ArResolver
+{
+public:
+    AR_API virtual ~ArResolver();
+    ArResolver(const ArResolver&) = delete;
+    ArResolver& operator=(const ArResolver&) = delete;
+
+    /// Returns the identifier of an asset: its path, anchored to `anchorAssetPath` where that applies.
+    AR_API std::string CreateIdentifier(const std::string& assetPath,
+                                        const ArResolvedPath& anchorAssetPath = ArResolvedPath()) const;
+    /// Returns the identifier of an asset that is about to be created; relative paths become absolute.
+    AR_API std::string
+    CreateIdentifierForNewAsset(const std::string& assetPath,
+                                const ArResolvedPath& anchorAssetPath = ArResolvedPath()) const;
+
+    /// Returns the absolute path of an existing file, or an empty path.
+    AR_API ArResolvedPath Resolve(const std::string& assetPath) const;
+    /// Returns the absolute path at which a new asset would be written.
+    AR_API ArResolvedPath ResolveForNewAsset(const std::string& assetPath) const;
+
+    /// Binds a context to the calling thread until the matching UnbindContext().
+    AR_API void BindContext(const ArResolverContext& context, VtValue* bindingData);
+    AR_API void UnbindContext(const ArResolverContext& context, VtValue* bindingData);
+    /// Returns an empty search path context.
+    AR_API ArResolverContext CreateDefaultContext() const;
+    /// Returns a context that searches the directory of the asset.
+    AR_API ArResolverContext CreateDefaultContextForAsset(const std::string& assetPath) const;
+    /// Returns a context from a list of directories separated by colons.
+    AR_API ArResolverContext CreateContextFromString(const std::string& contextStr) const;
+    /// Returns the innermost context that the calling thread has bound.
+    AR_API ArResolverContext GetCurrentContext() const;
+    /// Says whether what the path resolves to depends on the bound context.
+    AR_API bool IsContextDependentPath(const std::string& assetPath) const;
+
+    /// Returns the extension without its dot; for a path inside a package the one of the innermost path.
+    AR_API std::string GetExtension(const std::string& assetPath) const;
+    AR_API ArAssetInfo GetAssetInfo(const std::string& assetPath, const ArResolvedPath& resolvedPath) const;
+    /// Returns the modification time of a file; invalid where there is none.
+    AR_API ArTimestamp GetModificationTimestamp(const std::string& assetPath,
+                                                const ArResolvedPath& resolvedPath) const;
+
+    /// Opens a file for reading; null where it cannot be read.
+    AR_API std::shared_ptr<ArAsset> OpenAsset(const ArResolvedPath& resolvedPath) const;
+    /// Says whether an asset may be written there; fills `whyNot` where not.
+    AR_API bool CanWriteAssetToPath(const ArResolvedPath& resolvedPath, std::string* whyNot = nullptr) const;
+
+private:
+    friend AR_API ArResolver& ArGetResolver();
+    ArResolver() = default;
+};
+
+/// Returns the resolver of this process.
+AR_API ArResolver& ArGetResolver();
+
+PXR_NAMESPACE_CLOSE_SCOPE
