@@ -1,0 +1,82 @@
+#include <apps/support/errors.h>
+#include <apps/support/json.h>
+#include <apps/support/progress.h>
+
+#include <gtest/gtest.h>
+
+#include <limits>
+
+PXR_NAMESPACE_USING_DIRECTIVE
+
+namespace vesk::apps {
+namespace {
+
+TEST(OneLine, FoldsLineBreaksAndTabsIntoOneBlank)
+{
+    EXPECT_EQ(oneLine("first\n\n\tsecond\r\nthird\n"), "first second third");
+}
+
+TEST(ProgressLine, ShowsBarCountAndText)
+{
+    EXPECT_EQ(progressLine("front view", 1, 2, 80), "[============            ] 1/2 front view");
+}
+
+TEST(ProgressLine, ShowsTheTextAloneWhenTheTotalIsUnknown)
+{
+    EXPECT_EQ(progressLine("opening", 0, 0, 80), "opening");
+}
+
+TEST(ProgressLine, IsCutAtTheTerminalsWidth)
+{
+    EXPECT_EQ(progressLine("opening a scene", 0, 0, 7), "opening");
+}
+
+TEST(JsonNumber, KeepsTheShortestTextThatReadsBackEqual)
+{
+    EXPECT_EQ(jsonNumber(0.1).dump(), "0.1");
+}
+
+TEST(JsonNumber, WidensAFloatBeforeItIsWritten)
+{
+    // The float nearest 0.1 is exactly 13421773 / 2^27 = 0.10000000149011612 (shortest double text).
+    EXPECT_EQ(jsonNumber(0.1f).dump(), "0.10000000149011612");
+}
+
+TEST(JsonNumber, WritesWhatJsonCannotHoldAsText)
+{
+    EXPECT_EQ(jsonNumber(std::numeric_limits<double>::quiet_NaN()).dump(), "\"nan\"");
+    EXPECT_EQ(jsonNumber(std::numeric_limits<double>::infinity()).dump(), "\"inf\"");
+    EXPECT_EQ(jsonNumber(-std::numeric_limits<double>::infinity()).dump(), "\"-inf\"");
+}
+
+TEST(JsonBounds, HasNoCornersWhenTheRangeIsEmpty)
+{
+    EXPECT_EQ(jsonBounds(GfRange3f()).dump(), R"({"empty":true,"min":null,"max":null})");
+}
+
+TEST(JsonBounds, HasTheCornersOfTheRange)
+{
+    EXPECT_EQ(jsonBounds(GfRange3f(GfVec3f(-1, 0, 0.5f), GfVec3f(1, 2, 3))).dump(),
+              R"({"empty":false,"min":[-1.0,0.0,0.5],"max":[1.0,2.0,3.0]})");
+}
+
+TEST(JsonCamera, NamesEveryFieldInOrder)
+{
+    GfCamera camera;
+    camera.SetClippingRange(GfRange1f(0.5f, 100));
+    camera.SetFocalLength(35);
+    const Json json = jsonCamera(camera);
+
+    std::vector<std::string> keys;
+    for (const auto& item : json.items()) keys.push_back(item.key());
+    EXPECT_EQ(keys, (std::vector<std::string>{"transform", "projection", "horizontalAperture", "verticalAperture",
+                                              "horizontalApertureOffset", "verticalApertureOffset", "focalLength",
+                                              "fStop", "focusDistance", "clippingRange", "clippingPlanes"}));
+    EXPECT_EQ(json["transform"].dump(), "[[1.0,0.0,0.0,0.0],[0.0,1.0,0.0,0.0],[0.0,0.0,1.0,0.0],[0.0,0.0,0.0,1.0]]");
+    EXPECT_EQ(json["projection"], "perspective");
+    EXPECT_EQ(json["focalLength"], 35.0);
+    EXPECT_EQ(json["clippingRange"].dump(), "[0.5,100.0]");
+}
+
+} // namespace
+} // namespace vesk::apps
