@@ -43,6 +43,9 @@ public:
     /// another thread and will not run again. Called from inside that listener it returns at once.
     void unsubscribeListener(std::uint32_t id);
 
+    /// Removes every listener, under the same guarantee.
+    void unsubscribeAll();
+
     /// Calls the listeners in the order of their subscription. Returns false when one of them threw; the
     /// others get the event all the same. Logs: error "EventBus: a listener threw: {}".
     bool sendEvent(const std::any& event);
