@@ -1,0 +1,42 @@
+#pragma once
+
+#include <pxr/export.h>
+#include <pxr/pxr.h>
+#include <pxr/usd/sdf/path.h>
+#include <pxr/usd/sdf/reference.h>
+#include <pxr/usd/usd/common.h>
+#include <pxr/usd/usd/prim.h>
+
+#include <string>
+#include <vector>
+
+PXR_NAMESPACE_OPEN_SCOPE
+
+/// Edits the references of a prim at the stage's edit target.
+class VESK_USD_API UsdReferences
+{
+public:
+    bool AddReference(const SdfReference& item, UsdListPosition position = UsdListPositionBackOfPrependList);
+    bool AddReference(const std::string& identifier, const SdfPath& primPath,
+                      const SdfLayerOffset& layerOffset = SdfLayerOffset(),
+                      UsdListPosition position = UsdListPositionBackOfPrependList);
+    /// The default prim of another layer.
+    bool AddReference(const std::string& identifier, const SdfLayerOffset& layerOffset = SdfLayerOffset(),
+                      UsdListPosition position = UsdListPositionBackOfPrependList);
+    bool AddInternalReference(const SdfPath& primPath, const SdfLayerOffset& layerOffset = SdfLayerOffset(),
+                              UsdListPosition position = UsdListPositionBackOfPrependList);
+    bool RemoveReference(const SdfReference& item);
+    bool ClearReferences();
+    bool SetReferences(const SdfReferenceVector& items);
+    const UsdPrim& GetPrim() const { return _prim; }
+    UsdPrim GetPrim() { return _prim; }
+    explicit operator bool() { return static_cast<bool>(_prim); }
+
+private:
+    friend class UsdPrim;
+    explicit UsdReferences(const UsdPrim& prim) : _prim(prim) {}
+
+    UsdPrim _prim;
+};
+
+PXR_NAMESPACE_CLOSE_SCOPE
