@@ -1,0 +1,129 @@
+#include "camera_bits.h"
+
+#include <cmath>
+#include <pxr/base/tf/errorMark.h>
+#include <pxr/usd/usd/timeCode.h>
+#include <pxr/usd/usdGeom/camera.h>
+#include <pxr/usd/usdGeom/metrics.h>
+#include <pxr/usd/usdGeom/tokens.h>
+#include <string>
+#include <vesk/usd/utils/stage_camera_utils.h>
+#include <vesk/usd/utils/utils_error.h>
+
+PXR_NAMESPACE_USING_DIRECTIVE
+
+namespace vesk::usd::utils {
+
+namespace {
+
+using vesk::base::error_handling::Exception;
+using vesk::base::error_handling::makeErrorCode;
+using vesk::base::result::Result;
+
+[[noreturn]] void fail(UtilsError error, const SdfPath& path, const std::string& reason)
+{
+    const std::string detail = "Cannot write the camera <" + path.GetString() + ">: " + reason;
+    throw Exception(makeErrorCode(error), detail.c_str());
+}
+
+UsdGeomCamera cameraAt(const UsdStageRefPtr& stage, const SdfPath& path)
+{
+    if (!path.IsPrimPath()) return UsdGeomCamera();
+    const UsdPrim prim = stage->GetPrimAtPath(path);
+    return prim && prim.IsA<UsdGeomCamera>() ? UsdGeomCamera(prim) : UsdGeomCamera();
+}
+
+bool isFinite(const GfMatrix4d& matrix)
+{
+    for (int row = 0; row < 4; ++row) {
+        for (int column = 0; column < 4; ++column) {
+            if (!std::isfinite(matrix[row][column])) return false;
+        }
+    }
+    return true;
+}
+
+// Compares the volume that the axes span with the one they would span at right angles: a length alone says
+// nothing, a parent may well be tiny or huge.
+bool isInvertible(const GfMatrix4d& matrix, const GfMatrix4d& inverse)
+{
+    if (!isFinite(matrix) || !isFinite(inverse)) return false;
+    double box = 1.0;
+    for (int row = 0; row < 3; ++row)
+        box *= GfVec3d(matrix[row][0], matrix[row][1], matrix[row][2]).GetLength();
+    return box > 0.0 && std::abs(matrix.GetDeterminant3()) > 1e-12 * box;
+}
+
+// The camera's matrix below its parent, as the scene description computes it when it is authored.
+GfMatrix4d localTransform(const UsdGeomCamera& prim, const GfMatrix4d& world, UsdTimeCode time)
+{
+    const GfMatrix4d parent = prim.ComputeParentToWorldTransform(time);
+    double determinant = 0.0;
+    const GfMatrix4d inverse = parent.GetInverse(&determinant);
+    if (determinant == 0.0 || !isInvertible(parent, inverse))
+        fail(UtilsError::SingularParentTransform, prim.GetPath(),
+             "the transform of its parent cannot be inverted; give every prim above it a scale that is not 0");
+    return world * inverse;
+}
+
+// Raises what the scene description had to say, and leaves no diagnostic behind.
+void raiseErrors(TfErrorMark& mark, const SdfPath& path)
+{
+    if (mark.IsClean()) return;
+    const std::string reason = mark.GetBegin()->GetCommentary();
+    mark.Clear();
+    fail(UtilsError::AuthoringFailed, path, reason);
+}
+
+// What was authored has to be what the stage now shows.
+void checkAuthored(const UsdGeomCamera& prim, const GfCamera& camera, const GfMatrix4d& local,
+                   UsdTimeCode time)
+{
+    GfMatrix4d authored(1.0);
+    bool resetsStack = false;
+    const bool readable = prim.GetLocalTransformation(&authored, &resetsStack, time);
+    if (readable && haveSameBits(authored, local) && haveSameLens(prim.GetCamera(time), camera)) return;
+    fail(UtilsError::AuthoringFailed, prim.GetPath(),
+         "a stronger layer or value hides the new one; edit that layer or choose another edit target");
+}
+
+} // namespace
+
+Result<GfCamera> getGfCameraFromCameraPath(const TfWeakPtr<UsdStage>& stage, const SdfPath& path, double time)
+{
+    const UsdStageRefPtr strong = TfCreateRefPtrFromProtectedWeakPtr(stage);
+    if (!strong) return makeErrorCode(UtilsError::InvalidStage);
+    const UsdGeomCamera prim = cameraAt(strong, path);
+    if (!prim) return makeErrorCode(UtilsError::InvalidCameraPrim);
+    return prim.GetCamera(UsdTimeCode(time));
+}
+
+void setGfCameraForCameraPath(const TfWeakPtr<UsdStage>& stage, const SdfPath& path, const GfCamera& camera,
+                              double time)
+{
+    const UsdStageRefPtr strong = TfCreateRefPtrFromProtectedWeakPtr(stage);
+    if (!strong) fail(UtilsError::InvalidStage, path, "the stage is gone; open it again");
+    UsdGeomCamera prim = cameraAt(strong, path);
+    if (!prim)
+        fail(UtilsError::InvalidCameraPrim, path,
+             "no camera prim is there; give the path of a UsdGeomCamera of this stage");
+
+    const UsdTimeCode timeCode(time);
+    const GfCamera current = prim.GetCamera(timeCode);
+    if (haveSameBits(current.GetTransform(), camera.GetTransform()) && haveSameLens(current, camera)) return;
+
+    const GfMatrix4d local = localTransform(prim, camera.GetTransform(), timeCode);
+    TfErrorMark mark;
+    prim.SetFromCamera(camera, timeCode);
+    raiseErrors(mark, path);
+    checkAuthored(prim, camera, local, timeCode);
+}
+
+Result<bool> stageIsZUp(const TfWeakPtr<UsdStage>& stage)
+{
+    const UsdStageRefPtr strong = TfCreateRefPtrFromProtectedWeakPtr(stage);
+    if (!strong) return makeErrorCode(UtilsError::InvalidStage);
+    return UsdGeomGetStageUpAxis(strong) == UsdGeomTokens->z;
+}
+
+} // namespace vesk::usd::utils
