@@ -24,8 +24,10 @@ void runBounds(const BoundsArguments& arguments, std::ostream& out)
     apps::SceneSession session(arguments.scene);
     const auto bounds = session.bounds(arguments.time.value_or(session.startTime()),
                                        session.requirePrims(arguments.paths), arguments.proxy);
-    if (arguments.json) out << apps::jsonBounds(bounds).dump() << "\n";
-    else out << apps::boundsText(bounds) << "\n";
+    if (arguments.json)
+        out << apps::jsonBounds(bounds).dump() << "\n";
+    else
+        out << apps::boundsText(bounds) << "\n";
 }
 
 } // namespace
@@ -33,9 +35,11 @@ void runBounds(const BoundsArguments& arguments, std::ostream& out)
 void addBoundsVerb(Program& program)
 {
     auto arguments = std::make_shared<BoundsArguments>();
-    CLI::App* verb = program.app.add_subcommand("bounds", "Measures a scene or some of its prims in world space");
+    CLI::App* verb =
+        program.app.add_subcommand("bounds", "Measures a scene or some of its prims in world space");
     verb->add_option("SCENE", arguments->scene, "The scene's file")->required();
-    verb->add_option("--time", arguments->time, "Time code (default: the stage's start, else 0)")->type_name("T");
+    verb->add_option("--time", arguments->time, "Time code (default: the stage's start, else 0)")
+        ->type_name("T");
     verb->add_option("--path", arguments->paths, "Measure this prim; may be given several times")
         ->type_name("/PATH")
         ->expected(1)

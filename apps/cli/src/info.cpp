@@ -41,8 +41,8 @@ struct SceneInfo
 SceneInfo collect(const UsdStagePtr& stage)
 {
     SceneInfo info;
-    for (const UsdPrim& prim : UsdPrimRange(stage->GetPseudoRoot(),
-                                            UsdTraverseInstanceProxies(UsdPrimDefaultPredicate))) {
+    for (const UsdPrim& prim :
+         UsdPrimRange(stage->GetPseudoRoot(), UsdTraverseInstanceProxies(UsdPrimDefaultPredicate))) {
         if (prim.IsPseudoRoot()) continue;
         ++info.prims;
         if (prim.IsA<UsdGeomMesh>()) ++info.meshes;
@@ -81,7 +81,8 @@ void print(const SceneInfo& info, const std::string& path, std::ostream& out)
         << info.timeCodesPerSecond << " a second\n"
         << "bounds             " << apps::boundsText(info.bounds) << "\n"
         << "cameras            " << (info.cameras.empty() ? "none" : "") << "\n";
-    for (const std::string& camera : info.cameras) out << "  " << camera << "\n";
+    for (const std::string& camera : info.cameras)
+        out << "  " << camera << "\n";
 }
 
 void runInfo(const InfoArguments& arguments, std::ostream& out)
@@ -89,8 +90,10 @@ void runInfo(const InfoArguments& arguments, std::ostream& out)
     apps::SceneSession session(arguments.scene);
     SceneInfo info = session.read<SceneInfo>("info", collect);
     info.bounds = session.bounds(session.startTime(), {}, false);
-    if (arguments.json) out << asJson(info, arguments.scene).dump(2) << "\n";
-    else print(info, arguments.scene, out);
+    if (arguments.json)
+        out << asJson(info, arguments.scene).dump(2) << "\n";
+    else
+        print(info, arguments.scene, out);
 }
 
 } // namespace

@@ -2,7 +2,4 @@
 
 #include <iostream>
 
-int main(int argc, char** argv)
-{
-    return vesk::cli::run(argc, argv, std::cout, std::cerr);
-}
+int main(int argc, char** argv) { return vesk::cli::run(argc, argv, std::cout, std::cerr); }

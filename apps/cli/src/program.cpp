@@ -16,7 +16,8 @@ void declare(Program& program)
 {
     CLI::App& app = program.app;
     app.name("vesk");
-    app.description("Opens an OpenUSD scene, frames it, measures it and takes its picture; needs no display and no GPU.");
+    app.description(
+        "Opens an OpenUSD scene, frames it, measures it and takes its picture; needs no display and no GPU.");
     app.footer("Examples:\n"
                "  vesk info scene.usda\n"
                "  vesk shot scene.usda -o picture.png --view front\n"

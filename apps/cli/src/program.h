@@ -8,7 +8,8 @@
 
 namespace vesk::cli {
 
-/// What the verbs share while the command line is read: the parser, and the job that the chosen verb asks for.
+/// What the verbs share while the command line is read: the parser, and the job that the chosen verb asks
+/// for.
 struct Program
 {
     CLI::App app;

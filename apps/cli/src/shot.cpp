@@ -43,7 +43,8 @@ void write(apps::ViewportSession& viewport, const ShotArguments& arguments,
         progress.show("rendering " + arguments.file, static_cast<int>(fraction * 100), 100);
     });
     for (const apps::Output& output : outputs) {
-        viewport.capture(output.file, output.aov, arguments.transparent, arguments.background, arguments.samples);
+        viewport.capture(output.file, output.aov, arguments.transparent, arguments.background,
+                         arguments.samples);
     }
     viewport.setProgress(nullptr);
 }
@@ -52,7 +53,8 @@ apps::Json asJson(const std::vector<apps::Output>& outputs, const GfCamera& came
                   double render)
 {
     apps::Json files = apps::Json::array();
-    for (const apps::Output& output : outputs) files.push_back(output.file.string());
+    for (const apps::Output& output : outputs)
+        files.push_back(output.file.string());
     return {{"files", std::move(files)},
             {"camera", apps::jsonCamera(camera)},
             {"timings", {{"open", open}, {"frame", frame}, {"render", render}}}};
@@ -61,7 +63,8 @@ apps::Json asJson(const std::vector<apps::Output>& outputs, const GfCamera& came
 void runShot(const ShotArguments& arguments, std::ostream& out)
 {
     const std::vector<apps::Output> outputs = apps::planOutputs(arguments.file, arguments.aovs);
-    for (const apps::Output& output : outputs) apps::requireWritable(output.file);
+    for (const apps::Output& output : outputs)
+        apps::requireWritable(output.file);
 
     const auto start = Clock::now();
     apps::SceneSession scene(arguments.scene);
@@ -80,7 +83,8 @@ void runShot(const ShotArguments& arguments, std::ostream& out)
     if (arguments.json) {
         out << asJson(outputs, viewport.model().getViewportCamera(), open, frame, render).dump(2) << "\n";
     } else {
-        for (const apps::Output& output : outputs) out << output.file.string() << "\n";
+        for (const apps::Output& output : outputs)
+            out << output.file.string() << "\n";
     }
 }
 
@@ -99,7 +103,8 @@ void addPictureOptions(CLI::App& verb, ShotArguments& arguments)
         ->group(group);
     static const std::map<std::string, apps::Lights> lights{
         {"default", apps::Lights::Default}, {"scene", apps::Lights::Scene}, {"none", apps::Lights::None}};
-    verb.add_option("--lights", arguments.viewport.lights, "default (a built-in rig), scene (the stage's own) or none")
+    verb.add_option("--lights", arguments.viewport.lights,
+                    "default (a built-in rig), scene (the stage's own) or none")
         ->transform(CLI::CheckedTransformer(lights))
         ->type_name("NAME")
         ->group(group);
@@ -116,8 +121,8 @@ void addPictureOptions(CLI::App& verb, ShotArguments& arguments)
         ->type_name("R,G,B,A")
         ->group(group);
     verb.add_option("--draw-mode", arguments.drawMode, "How surfaces are drawn")
-        ->check(CLI::IsMember({"points", "wireframe", "wireframeOnSurface", "shadedFlat", "shadedSmooth", "geomOnly",
-                               "geomFlat", "geomSmooth"}))
+        ->check(CLI::IsMember({"points", "wireframe", "wireframeOnSurface", "shadedFlat", "shadedSmooth",
+                               "geomOnly", "geomFlat", "geomSmooth"}))
         ->type_name("NAME")
         ->group(group);
     verb.add_flag("--transparent", arguments.transparent, "Leave the background transparent")->group(group);

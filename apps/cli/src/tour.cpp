@@ -46,7 +46,8 @@ void drag(ViewportModel& model, const std::function<void(ViewportModel&)>& move)
 {
     constexpr int kMoves = 12;
     model.beginCameraInteraction();
-    for (int i = 0; i < kMoves; ++i) move(model);
+    for (int i = 0; i < kMoves; ++i)
+        move(model);
     model.endCameraInteraction();
 }
 
@@ -68,11 +69,15 @@ std::vector<Stop> gestureStops(const TourArguments& arguments)
 {
     const float width = static_cast<float>(arguments.viewport.camera.size[0]);
     const float height = static_cast<float>(arguments.viewport.camera.size[1]);
-    const auto orbit = [width](ViewportModel& m) { m.orbitCamera(width / 96, 0, ViewportModel::m_cameraOrbitUndoLabel); };
+    const auto orbit = [width](ViewportModel& m) {
+        m.orbitCamera(width / 96, 0, ViewportModel::m_cameraOrbitUndoLabel);
+    };
     const auto pan = [width, height](ViewportModel& m) {
         m.panCamera(width / 96, height / 128, ViewportModel::m_cameraPanUndoLabel);
     };
-    const auto zoom = [width](ViewportModel& m) { m.zoomCamera(width / 36, 0, ViewportModel::m_cameraZoomUndoLabel); };
+    const auto zoom = [width](ViewportModel& m) {
+        m.zoomCamera(width / 36, 0, ViewportModel::m_cameraZoomUndoLabel);
+    };
     return {
         {"orbited", [orbit](ViewportSession& v) { drag(v.model(), orbit); }},
         {"panned", [pan](ViewportSession& v) { drag(v.model(), pan); }},
@@ -83,7 +88,8 @@ std::vector<Stop> gestureStops(const TourArguments& arguments)
 }
 
 /// Sizes the picture to a camera's own window, so that it shows exactly what the camera frames.
-void fitSizeTo(ViewportSession& viewport, const GfCamera& camera, const std::array<int, 2>& largest, float ratio)
+void fitSizeTo(ViewportSession& viewport, const GfCamera& camera, const std::array<int, 2>& largest,
+               float ratio)
 {
     const double aspect = camera.GetAspectRatio();
     if (!std::isfinite(aspect) || aspect <= 0) return;
@@ -108,7 +114,8 @@ std::vector<Stop> cameraStops(apps::SceneSession& scene, const TourArguments& ar
     for (const std::string& path : scene.cameraPaths()) {
         stops.push_back({fileStem(path), [path, &arguments](ViewportSession& viewport) {
                              viewport.lookThrough(SdfPath(path));
-                             fitSizeTo(viewport, viewport.model().getViewportCamera(), arguments.viewport.camera.size,
+                             fitSizeTo(viewport, viewport.model().getViewportCamera(),
+                                       arguments.viewport.camera.size,
                                        arguments.viewport.camera.devicePixelRatio);
                          }});
     }
@@ -126,7 +133,8 @@ std::vector<Stop> timeStops(apps::SceneSession& scene, const TourArguments& argu
         name << "time_" << time;
         stops.push_back({name.str(), [time, &arguments](ViewportSession& viewport) {
                              viewport.showTime(time);
-                             viewport.frame(ViewDirection::ThreeQuarters, arguments.viewport.camera.projection, {});
+                             viewport.frame(ViewDirection::ThreeQuarters,
+                                            arguments.viewport.camera.projection, {});
                          }});
     }
     return stops;
@@ -187,11 +195,13 @@ void runTour(const TourArguments& arguments, std::ostream& out)
 
     out << std::setprecision(3) << "scene                " << arguments.scene << "\n"
         << "prims                " << prims << "\n"
-        << "bounds               " << apps::boundsText(scene.bounds(viewport.model().currentTime(), {}, false)) << "\n"
+        << "bounds               "
+        << apps::boundsText(scene.bounds(viewport.model().currentTime(), {}, false)) << "\n"
         << "opened after         " << opened << " s\n"
         << "first picture after  " << pictures.firstPicture << " s\n"
         << "files\n";
-    for (const std::filesystem::path& file : pictures.files) out << "  " << file.string() << "\n";
+    for (const std::filesystem::path& file : pictures.files)
+        out << "  " << file.string() << "\n";
     out << "  " << sheet.string() << "\n";
 }
 
@@ -201,8 +211,8 @@ void addTourVerb(Program& program)
 {
     auto arguments = std::make_shared<TourArguments>();
     arguments->viewport.camera.size = {960, 540};
-    CLI::App* verb = program.app.add_subcommand(
-        "tour", "Looks at a scene from all sides, at several times and through its cameras, and makes a contact sheet");
+    CLI::App* verb = program.app.add_subcommand("tour", "Looks at a scene from all sides, at several times "
+                                                        "and through its cameras, and makes a contact sheet");
     verb->add_option("SCENE", arguments->scene, "The scene's file")->required();
     verb->add_option("-o,--output", arguments->folder, "Folder for the pictures; made when it is missing")
         ->type_name("DIR")

@@ -27,27 +27,30 @@ std::array<std::uint8_t, 4> meanOf(const Image& source, double x0, double y0, do
     std::array<unsigned, 4> sum{};
     for (int y = top; y < bottom; ++y) {
         for (int x = left; x < right; ++x) {
-            for (int c = 0; c < 4; ++c) sum[c] += source.pixel(x, y)[c];
+            for (int c = 0; c < 4; ++c)
+                sum[c] += source.pixel(x, y)[c];
         }
     }
     const unsigned count = static_cast<unsigned>((right - left) * (bottom - top));
     std::array<std::uint8_t, 4> mean{};
-    for (int c = 0; c < 4; ++c) mean[c] = static_cast<std::uint8_t>((sum[c] + count / 2) / count);
+    for (int c = 0; c < 4; ++c)
+        mean[c] = static_cast<std::uint8_t>((sum[c] + count / 2) / count);
     return mean;
 }
 
 void blend(std::uint8_t* target, const std::array<std::uint8_t, 4>& color)
 {
     for (int c = 0; c < 3; ++c) {
-        target[c] = static_cast<std::uint8_t>((color[c] * color[3] + target[c] * (255 - color[3]) + 127) / 255);
+        target[c] =
+            static_cast<std::uint8_t>((color[c] * color[3] + target[c] * (255 - color[3]) + 127) / 255);
     }
 }
 
 void drawFitted(Image& sheet, const Image& source, int cellX, int cellY, int cellWidth, int cellHeight)
 {
     if (source.width <= 0 || source.height <= 0) return;
-    const double scale =
-        std::min(static_cast<double>(cellWidth) / source.width, static_cast<double>(cellHeight) / source.height);
+    const double scale = std::min(static_cast<double>(cellWidth) / source.width,
+                                  static_cast<double>(cellHeight) / source.height);
     const int width = std::max(1, static_cast<int>(std::lround(source.width * scale)));
     const int height = std::max(1, static_cast<int>(std::lround(source.height * scale)));
     const int x0 = cellX + (cellWidth - width) / 2;
@@ -71,7 +74,8 @@ struct FontVertex
 
 void drawText(Image& sheet, std::string text, int x0, int y0, int width)
 {
-    while (!text.empty() && stb_easy_font_width(text.data()) * kTextScale > width) text.pop_back();
+    while (!text.empty() && stb_easy_font_width(text.data()) * kTextScale > width)
+        text.pop_back();
     std::vector<FontVertex> vertices(text.size() * 80 + 4);
     const int quads = stb_easy_font_print(0, 0, text.data(), nullptr, vertices.data(),
                                           static_cast<int>(vertices.size() * sizeof(FontVertex)));
@@ -83,7 +87,8 @@ void drawText(Image& sheet, std::string text, int x0, int y0, int width)
         const int right = std::min(x0 + static_cast<int>(to.x * kTextScale), sheet.width);
         const int bottom = std::min(y0 + static_cast<int>(to.y * kTextScale), sheet.height);
         for (int y = top; y < bottom; ++y) {
-            for (int x = left; x < right; ++x) blend(sheet.pixel(x, y), {225, 225, 225, 255});
+            for (int x = left; x < right; ++x)
+                blend(sheet.pixel(x, y), {225, 225, 225, 255});
         }
     }
 }

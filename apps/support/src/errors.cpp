@@ -8,10 +8,13 @@ std::string oneLine(std::string text)
     line.reserve(text.size());
     for (const char c : text) {
         const bool blank = c == '\n' || c == '\r' || c == '\t';
-        if (!blank) line += c;
-        else if (!line.empty() && line.back() != ' ') line += ' ';
+        if (!blank)
+            line += c;
+        else if (!line.empty() && line.back() != ' ')
+            line += ' ';
     }
-    while (!line.empty() && line.back() == ' ') line.pop_back();
+    while (!line.empty() && line.back() == ' ')
+        line.pop_back();
     return line;
 }
 

@@ -10,17 +10,15 @@ namespace {
 std::atomic<bool> g_requested{false};
 static_assert(std::atomic<bool>::is_always_lock_free, "the signal handler may only touch lock-free state");
 
-void onSignal(int)
-{
-    g_requested.store(true);
-}
+void onSignal(int) { g_requested.store(true); }
 
 } // namespace
 
 Interruption::Interruption()
 {
     g_requested.store(false);
-    struct sigaction action{};
+    struct sigaction action
+    {};
     action.sa_handler = onSignal;
     // A second Ctrl-C ends the program at once: the handler is used up by the first.
     action.sa_flags = static_cast<int>(SA_RESETHAND);
@@ -34,10 +32,7 @@ Interruption::~Interruption()
     ::sigaction(SIGTERM, &m_formerTerm, nullptr);
 }
 
-bool Interruption::requested()
-{
-    return g_requested.load();
-}
+bool Interruption::requested() { return g_requested.load(); }
 
 void Interruption::check()
 {

@@ -23,7 +23,8 @@ Json jsonMatrix(const GfMatrix4d& matrix)
     Json rows = Json::array();
     for (int r = 0; r < 4; ++r) {
         Json row = Json::array();
-        for (int c = 0; c < 4; ++c) row.push_back(jsonNumber(matrix[r][c]));
+        for (int c = 0; c < 4; ++c)
+            row.push_back(jsonNumber(matrix[r][c]));
         rows.push_back(std::move(row));
     }
     return rows;
@@ -41,7 +42,8 @@ Json jsonCamera(const GfCamera& camera)
 {
     Json planes = Json::array();
     for (const GfVec4f& plane : camera.GetClippingPlanes()) {
-        planes.push_back({jsonNumber(plane[0]), jsonNumber(plane[1]), jsonNumber(plane[2]), jsonNumber(plane[3])});
+        planes.push_back(
+            {jsonNumber(plane[0]), jsonNumber(plane[1]), jsonNumber(plane[2]), jsonNumber(plane[3])});
     }
     const GfRange1f range = camera.GetClippingRange();
     const bool perspective = camera.GetProjection() == GfCamera::Perspective;

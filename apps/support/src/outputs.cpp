@@ -13,7 +13,8 @@ constexpr const char* kColor = "color";
 std::string extensionOf(const std::filesystem::path& file)
 {
     std::string extension = file.extension().string();
-    for (char& c : extension) c = static_cast<char>(c >= 'A' && c <= 'Z' ? c - 'A' + 'a' : c);
+    for (char& c : extension)
+        c = static_cast<char>(c >= 'A' && c <= 'Z' ? c - 'A' + 'a' : c);
     return extension;
 }
 
@@ -29,7 +30,7 @@ void requireExtension(const std::filesystem::path& file, const std::string& aov)
 
 const std::vector<std::string>& aovNames()
 {
-    static const std::vector<std::string> names{kColor, "depth",      "linearDepth", "normal",
+    static const std::vector<std::string> names{kColor, "depth",  "linearDepth", "normal",
                                                 "Neye", "primId", "instanceId",  "elementId"};
     return names;
 }

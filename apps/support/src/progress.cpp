@@ -26,8 +26,8 @@ std::string progressLine(const std::string& text, int done, int total, int width
     if (total > 0) {
         const int filled = std::clamp(done * kBarWidth / total, 0, kBarWidth);
         line = "[" + std::string(static_cast<std::size_t>(filled), '=') +
-               std::string(static_cast<std::size_t>(kBarWidth - filled), ' ') + "] " + std::to_string(done) + "/" +
-               std::to_string(total) + " ";
+               std::string(static_cast<std::size_t>(kBarWidth - filled), ' ') + "] " + std::to_string(done) +
+               "/" + std::to_string(total) + " ";
     }
     line += text;
     if (static_cast<int>(line.size()) > width) line.resize(static_cast<std::size_t>(std::max(width, 0)));
@@ -36,10 +36,7 @@ std::string progressLine(const std::string& text, int done, int total, int width
 
 Progress::Progress() : m_terminal(::isatty(STDERR_FILENO) == 1) {}
 
-Progress::~Progress()
-{
-    clear();
-}
+Progress::~Progress() { clear(); }
 
 void Progress::show(const std::string& text, int done, int total)
 {

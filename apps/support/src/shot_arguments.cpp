@@ -27,10 +27,12 @@ std::array<int, 2> parseSize(const std::string& text)
     const std::size_t cross = text.find('x');
     const bool read = cross != std::string::npos && readNumber(text.substr(0, cross), size[0]) &&
                       readNumber(text.substr(cross + 1), size[1]);
-    if (!read) throw UsageError("--size '" + text + "' is not of the form WIDTHxHEIGHT, for example 1280x720");
+    if (!read)
+        throw UsageError("--size '" + text + "' is not of the form WIDTHxHEIGHT, for example 1280x720");
     for (const int side : size) {
         if (side < 1 || side > kLargestSide) {
-            throw UsageError("--size '" + text + "' is out of range: each side must be from 1 to 16384 pixels");
+            throw UsageError("--size '" + text +
+                             "' is out of range: each side must be from 1 to 16384 pixels");
         }
     }
     return size;
@@ -44,12 +46,14 @@ std::array<float, 4> parseColor(const std::string& text)
     bool good = true;
     while (good && from <= text.size()) {
         const std::size_t comma = std::min(text.find(',', from), text.size());
-        good = count < 4 && readNumber(text.substr(from, comma - from), color[count]) && std::isfinite(color[count]);
+        good = count < 4 && readNumber(text.substr(from, comma - from), color[count]) &&
+               std::isfinite(color[count]);
         ++count;
         from = comma + 1;
     }
     if (!good || count < 3) {
-        throw UsageError("the colour '" + text + "' is not of the form R,G,B or R,G,B,A, for example 0.2,0.2,0.25,1");
+        throw UsageError("the colour '" + text +
+                         "' is not of the form R,G,B or R,G,B,A, for example 0.2,0.2,0.25,1");
     }
     return color;
 }

@@ -34,7 +34,8 @@ void requireRenderer(const std::string& id)
     const auto known = framework::hydra_renderer::registeredRendererIds();
     if (id.empty() || std::find(known.begin(), known.end(), id) != known.end()) return;
     std::string names;
-    for (const std::string& name : known) names += (names.empty() ? "" : ", ") + name;
+    for (const std::string& name : known)
+        names += (names.empty() ? "" : ", ") + name;
     throw UsageError("there is no renderer '" + id + "'; this build has: " + names);
 }
 
@@ -62,10 +63,9 @@ ViewportSession::ViewportSession(SceneSession& scene, const ViewportArguments& a
         if (shared->progress) shared->progress(samples, fraction);
         return !Interruption::requested();
     };
-    m_model = std::make_unique<ViewportModel>(scene.document(), nullptr, arguments.renderer,
-                                              std::vector<usd::utils::Param<VtValue>>{}, size, size,
-                                              arguments.camera.devicePixelRatio, true, true, false, onProgress,
-                                              nullptr);
+    m_model = std::make_unique<ViewportModel>(
+        scene.document(), nullptr, arguments.renderer, std::vector<usd::utils::Param<VtValue>>{}, size, size,
+        arguments.camera.devicePixelRatio, true, true, false, onProgress, nullptr);
     _applyLighting(arguments);
 }
 
@@ -98,8 +98,10 @@ void ViewportSession::applyCamera(const CameraArguments& arguments)
     const SdfPath camera = arguments.camera.empty() ? SdfPath() : m_scene.requireCamera(arguments.camera);
     const std::vector<SdfPath> paths = m_scene.requirePrims(arguments.paths);
     showTime(arguments.time.value_or(m_scene.startTime()));
-    if (camera.IsEmpty()) frame(viewDirection(arguments.view), arguments.projection, paths);
-    else lookThrough(camera);
+    if (camera.IsEmpty())
+        frame(viewDirection(arguments.view), arguments.projection, paths);
+    else
+        lookThrough(camera);
 }
 
 void ViewportSession::showTime(double time)

@@ -13,7 +13,8 @@ namespace {
 std::vector<std::string> planned(const std::filesystem::path& file, const std::vector<std::string>& aovs)
 {
     std::vector<std::string> texts;
-    for (const Output& output : planOutputs(file, aovs)) texts.push_back(output.aov + " " + output.file.string());
+    for (const Output& output : planOutputs(file, aovs))
+        texts.push_back(output.aov + " " + output.file.string());
     return texts;
 }
 
@@ -42,13 +43,11 @@ TEST(PlanOutputs, WritesOneOutputToTheFileItself)
 
 TEST(PlanOutputs, PutsTheOutputsNameBeforeTheExtensionForSeveral)
 {
-    EXPECT_EQ(planned("out/a.png", {"color", "depth"}), (Texts{"color out/a.color.png", "depth out/a.depth.exr"}));
+    EXPECT_EQ(planned("out/a.png", {"color", "depth"}),
+              (Texts{"color out/a.color.png", "depth out/a.depth.exr"}));
 }
 
-TEST(PlanOutputs, TakesExtensionsInCapitals)
-{
-    EXPECT_EQ(planned("A.PNG", {}), (Texts{"color A.PNG"}));
-}
+TEST(PlanOutputs, TakesExtensionsInCapitals) { EXPECT_EQ(planned("A.PNG", {}), (Texts{"color A.PNG"})); }
 
 TEST(PlanOutputs, RefusesAnUnknownPictureFormat)
 {
@@ -63,8 +62,9 @@ TEST(PlanOutputs, RefusesDecimalsInPng)
 
 TEST(RequireWritable, NamesAMissingFolder)
 {
-    EXPECT_EQ(errorOf<JobError>([] { requireWritable("/no/such/folder/a.png"); }),
-              "cannot write '/no/such/folder/a.png': the folder '/no/such/folder' does not exist; create it first");
+    EXPECT_EQ(
+        errorOf<JobError>([] { requireWritable("/no/such/folder/a.png"); }),
+        "cannot write '/no/such/folder/a.png': the folder '/no/such/folder' does not exist; create it first");
 }
 
 TEST(RequireWritable, NamesAFolderThatStandsInThePlaceOfTheFile)

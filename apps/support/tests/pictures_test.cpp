@@ -74,7 +74,8 @@ TEST(ContactSheet, PutsPicturesIntoRowsOfTheGivenLength)
 
 TEST(ContactSheet, KeepsThePictureColourAndItsPlace)
 {
-    const Image sheet = makeContactSheet({{Image(40, 20, 255, 0, 0), ""}, {Image(40, 20, 0, 255, 0), ""}}, 2, 40, 20);
+    const Image sheet =
+        makeContactSheet({{Image(40, 20, 255, 0, 0), ""}, {Image(40, 20, 0, 255, 0), ""}}, 2, 40, 20);
 
     EXPECT_THAT(colorAt(sheet, 8 + 20, 8 + 10), ElementsAre(255, 0, 0, 255));
     EXPECT_THAT(colorAt(sheet, 8 + 48 + 20, 8 + 10), ElementsAre(0, 255, 0, 255));

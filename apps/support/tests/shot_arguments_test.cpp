@@ -22,10 +22,7 @@ std::string usageErrorOf(const std::function<void()>& action)
     return "";
 }
 
-TEST(ParseSize, ReadsWidthAndHeight)
-{
-    EXPECT_THAT(parseSize("640x360"), ElementsAre(640, 360));
-}
+TEST(ParseSize, ReadsWidthAndHeight) { EXPECT_THAT(parseSize("640x360"), ElementsAre(640, 360)); }
 
 TEST(ParseSize, TakesTheSmallestAndTheLargestSide)
 {
@@ -33,8 +30,7 @@ TEST(ParseSize, TakesTheSmallestAndTheLargestSide)
 }
 
 class BadSizeText : public ::testing::TestWithParam<const char*>
-{
-};
+{};
 
 TEST_P(BadSizeText, IsRefusedWithTheFormThatIsMeant)
 {
@@ -48,8 +44,7 @@ INSTANTIATE_TEST_SUITE_P(Texts, BadSizeText,
                                            "640x360 ", "6.4x360", "99999999999x1", "axb"));
 
 class SizeOutOfRange : public ::testing::TestWithParam<const char*>
-{
-};
+{};
 
 TEST_P(SizeOutOfRange, IsRefusedWithTheRange)
 {
@@ -58,7 +53,8 @@ TEST_P(SizeOutOfRange, IsRefusedWithTheRange)
               "--size '" + text + "' is out of range: each side must be from 1 to 16384 pixels");
 }
 
-INSTANTIATE_TEST_SUITE_P(Texts, SizeOutOfRange, ::testing::Values("0x0", "0x360", "640x0", "-1x5", "16385x1"));
+INSTANTIATE_TEST_SUITE_P(Texts, SizeOutOfRange,
+                         ::testing::Values("0x0", "0x360", "640x0", "-1x5", "16385x1"));
 
 TEST(ParseColor, ReadsFourNumbers)
 {
@@ -71,8 +67,7 @@ TEST(ParseColor, GivesAMissingOpacityOne)
 }
 
 class BadColorText : public ::testing::TestWithParam<const char*>
-{
-};
+{};
 
 TEST_P(BadColorText, IsRefusedWithTheFormThatIsMeant)
 {
@@ -82,12 +77,13 @@ TEST_P(BadColorText, IsRefusedWithTheFormThatIsMeant)
 }
 
 INSTANTIATE_TEST_SUITE_P(Texts, BadColorText,
-                         ::testing::Values("", "1", "1,2", "1,2,3,4,5", "1,,3", "red", "1,2,nan", "1,2,inf", "1,2,3,"));
+                         ::testing::Values("", "1", "1,2", "1,2,3,4,5", "1,,3", "red", "1,2,nan", "1,2,inf",
+                                           "1,2,3,"));
 
 TEST(ViewNames, StandAtTheValuesOfTheViewDirections)
 {
-    EXPECT_THAT(viewNames(), ElementsAre("current", "front", "back", "left", "right", "top", "bottom",
-                                         "three-quarters"));
+    EXPECT_THAT(viewNames(),
+                ElementsAre("current", "front", "back", "left", "right", "top", "bottom", "three-quarters"));
 }
 
 } // namespace

@@ -31,10 +31,7 @@ TEST(ProgressLine, IsCutAtTheTerminalsWidth)
     EXPECT_EQ(progressLine("opening a scene", 0, 0, 7), "opening");
 }
 
-TEST(JsonNumber, KeepsTheShortestTextThatReadsBackEqual)
-{
-    EXPECT_EQ(jsonNumber(0.1).dump(), "0.1");
-}
+TEST(JsonNumber, KeepsTheShortestTextThatReadsBackEqual) { EXPECT_EQ(jsonNumber(0.1).dump(), "0.1"); }
 
 TEST(JsonNumber, WidensAFloatBeforeItIsWritten)
 {
@@ -68,11 +65,14 @@ TEST(JsonCamera, NamesEveryFieldInOrder)
     const Json json = jsonCamera(camera);
 
     std::vector<std::string> keys;
-    for (const auto& item : json.items()) keys.push_back(item.key());
-    EXPECT_EQ(keys, (std::vector<std::string>{"transform", "projection", "horizontalAperture", "verticalAperture",
-                                              "horizontalApertureOffset", "verticalApertureOffset", "focalLength",
-                                              "fStop", "focusDistance", "clippingRange", "clippingPlanes"}));
-    EXPECT_EQ(json["transform"].dump(), "[[1.0,0.0,0.0,0.0],[0.0,1.0,0.0,0.0],[0.0,0.0,1.0,0.0],[0.0,0.0,0.0,1.0]]");
+    for (const auto& item : json.items())
+        keys.push_back(item.key());
+    EXPECT_EQ(keys,
+              (std::vector<std::string>{"transform", "projection", "horizontalAperture", "verticalAperture",
+                                        "horizontalApertureOffset", "verticalApertureOffset", "focalLength",
+                                        "fStop", "focusDistance", "clippingRange", "clippingPlanes"}));
+    EXPECT_EQ(json["transform"].dump(),
+              "[[1.0,0.0,0.0,0.0],[0.0,1.0,0.0,0.0],[0.0,0.0,1.0,0.0],[0.0,0.0,0.0,1.0]]");
     EXPECT_EQ(json["projection"], "perspective");
     EXPECT_EQ(json["focalLength"], 35.0);
     EXPECT_EQ(json["clippingRange"].dump(), "[0.5,100.0]");

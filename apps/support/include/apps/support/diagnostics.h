@@ -5,12 +5,11 @@
 
 namespace vesk::apps {
 
-/// Sends log records and OpenUSD's diagnostics to one place, so that stdout carries the result alone and an error
-/// stays one line on stderr.
+/// Sends log records and OpenUSD's diagnostics to one place, so that stdout carries the result alone and an
+/// error stays one line on stderr.
 ///
-/// While it lives, spdlog's default logger and OpenUSD's diagnostics go to the place that was named; it puts the
-/// former default logger back.
-/// Thread: constructed and destroyed on the main thread.
+/// While it lives, spdlog's default logger and OpenUSD's diagnostics go to the place that was named; it puts
+/// the former default logger back. Thread: constructed and destroyed on the main thread.
 class Diagnostics
 {
 public:

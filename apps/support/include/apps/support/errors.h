@@ -6,7 +6,8 @@
 namespace vesk::apps {
 
 /// Exit codes of the programs.
-enum ExitCode : int {
+enum ExitCode : int
+{
     kExitSuccess = 0,
     kExitJobFailed = 1,  ///< the job was understood and could not be done
     kExitWrongUsage = 2, ///< the command line says something that cannot be meant

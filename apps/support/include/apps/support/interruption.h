@@ -23,8 +23,10 @@ public:
     static void check();
 
 private:
-    struct sigaction m_formerInt{};
-    struct sigaction m_formerTerm{};
+    struct sigaction m_formerInt
+    {};
+    struct sigaction m_formerTerm
+    {};
 };
 
 } // namespace vesk::apps

@@ -25,8 +25,9 @@ Json jsonMatrix(const PXR_NS::GfMatrix4d& matrix);
 /// {"empty", "min", "max"}; min and max are null when the range is empty.
 Json jsonBounds(const PXR_NS::GfRange3f& bounds);
 
-/// Every field of a camera with full precision: transform (row vectors, world space), projection, apertures and
-/// offsets and focal length (tenths of a scene unit), fStop, focusDistance and clippingRange (scene units).
+/// Every field of a camera with full precision: transform (row vectors, world space), projection, apertures
+/// and offsets and focal length (tenths of a scene unit), fStop, focusDistance and clippingRange (scene
+/// units).
 Json jsonCamera(const PXR_NS::GfCamera& camera);
 
 } // namespace vesk::apps

@@ -45,9 +45,9 @@ public:
     template <class R>
     R read(const std::string& label, std::function<R(const PXR_NS::UsdStagePtr&)> work)
     {
-        return m_document->read(label, [work = std::move(work)](const auto& context) {
-                             return work(PXR_NS::UsdStagePtr(context.stage()));
-                         })
+        return m_document
+            ->read(label, [work = std::move(work)](
+                              const auto& context) { return work(PXR_NS::UsdStagePtr(context.stage())); })
             .get();
     }
 

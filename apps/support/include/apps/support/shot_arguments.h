@@ -14,11 +14,11 @@ struct CameraArguments
 {
     std::array<int, 2> size{1280, 720}; ///< width and height in logical pixels, each 1 to 16384
     std::string view = "three-quarters";
-    std::string camera;                 ///< path of a stage camera; empty: frame by `view`
+    std::string camera; ///< path of a stage camera; empty: frame by `view`
     std::string projection = "perspective";
-    std::vector<std::string> paths;     ///< frame these prims; empty: the whole scene
-    std::optional<double> time;         ///< time code; without a value the start time code where authored, else 0
-    float devicePixelRatio = 1.0f;      ///< physical pixels per logical pixel, above 0
+    std::vector<std::string> paths; ///< frame these prims; empty: the whole scene
+    std::optional<double> time;     ///< time code; without a value the start time code where authored, else 0
+    float devicePixelRatio = 1.0f;  ///< physical pixels per logical pixel, above 0
 };
 
 /// Declares the camera options on a verb.

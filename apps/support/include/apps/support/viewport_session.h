@@ -22,7 +22,7 @@ enum class Lights
 struct ViewportArguments
 {
     CameraArguments camera;
-    std::string renderer;  ///< a registered id; empty: the default
+    std::string renderer; ///< a registered id; empty: the default
     Lights lights = Lights::Default;
     std::string domeTexture; ///< image file of the default rig's dome; empty: none
 };
