@@ -25,6 +25,9 @@ public:
     Continuation* nextContinuation = nullptr;
     StateBase* source = nullptr;
 
+    /// A thread waits behind this one: it is told at once, before continuations that queue up.
+    bool blocksThread = false;
+
 protected:
     ~Continuation() = default;
 };
