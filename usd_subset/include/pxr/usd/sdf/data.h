@@ -1,0 +1,77 @@
+#pragma once
+
+/// Specs held in memory.
+
+#include <pxr/pxr.h>
+#include <pxr/usd/sdf/abstractData.h>
+
+#include <unordered_map>
+#include <utility>
+
+PXR_NAMESPACE_OPEN_SCOPE
+
+TF_DECLARE_WEAK_AND_REF_PTRS(SdfData);
+
+/// A hash table from path to spec; each spec keeps its few fields in a list. Thread: as SdfAbstractData.
+class SDF_API SdfData : public SdfAbstractData
+{
+public:
+    SdfData();
+    ~SdfData() override;
+
+    using SdfAbstractData::Has;
+    using SdfAbstractData::HasSpecAndField;
+    using SdfAbstractData::QueryTimeSample;
+    using SdfAbstractData::Set;
+
+    bool StreamsData() const override;
+    void CreateSpec(const SdfPath& path, SdfSpecType specType) override;
+    bool HasSpec(const SdfPath& path) const override;
+    void EraseSpec(const SdfPath& path) override;
+    void MoveSpec(const SdfPath& oldPath, const SdfPath& newPath) override;
+    SdfSpecType GetSpecType(const SdfPath& path) const override;
+
+    bool Has(const SdfPath& path, const TfToken& fieldName, VtValue* value = nullptr) const override;
+    bool HasSpecAndField(const SdfPath& path, const TfToken& fieldName, VtValue* value,
+                         SdfSpecType* specType) const override;
+    bool HasSpecAndField(const SdfPath& path, const TfToken& fieldName, SdfAbstractDataValue* value,
+                         SdfSpecType* specType) const override;
+    VtValue Get(const SdfPath& path, const TfToken& fieldName) const override;
+    const std::type_info& GetTypeid(const SdfPath& path, const TfToken& fieldName) const override;
+    void Set(const SdfPath& path, const TfToken& fieldName, const VtValue& value) override;
+    void Erase(const SdfPath& path, const TfToken& fieldName) override;
+    std::vector<TfToken> List(const SdfPath& path) const override;
+
+    std::set<double> ListAllTimeSamples() const override;
+    std::set<double> ListTimeSamplesForPath(const SdfPath& path) const override;
+    bool GetBracketingTimeSamples(double time, double* tLower, double* tUpper) const override;
+    size_t GetNumTimeSamplesForPath(const SdfPath& path) const override;
+    bool GetBracketingTimeSamplesForPath(const SdfPath& path, double time, double* tLower,
+                                         double* tUpper) const override;
+    bool QueryTimeSample(const SdfPath& path, double time, VtValue* value = nullptr) const override;
+    void SetTimeSample(const SdfPath& path, double time, const VtValue& value) override;
+    void EraseTimeSample(const SdfPath& path, double time) override;
+
+    /// Moves a value into a field that is new to its spec; for readers, which know that each comes once.
+    void Adopt(const SdfPath& path, const TfToken& fieldName, VtValue&& value);
+
+protected:
+    void _VisitSpecs(SdfAbstractDataSpecVisitor* visitor) const override;
+
+private:
+    typedef std::pair<TfToken, VtValue> _Field;
+    struct _Spec
+    {
+        SdfSpecType type = SdfSpecTypeUnknown;
+        std::vector<_Field> fields;
+    };
+    const _Spec* _FindSpec(const SdfPath& path) const;
+    static const VtValue* _FindField(const _Spec& spec, const TfToken& fieldName);
+    const VtValue* _Find(const SdfPath& path, const TfToken& fieldName) const;
+    const SdfTimeSampleMap* _FindSamples(const SdfPath& path) const;
+    VtValue* _FindOrAdd(const SdfPath& path, const TfToken& fieldName);
+
+    std::unordered_map<SdfPath, _Spec, SdfPath::Hash> _specs;
+};
+
+PXR_NAMESPACE_CLOSE_SCOPE
