@@ -102,9 +102,8 @@ bool UsdGeomPointInstancer::ApplyMaskToArray(const std::vector<bool>& mask, VtAr
         return true;
     }
     if (mask.size() * step != dataArray->size()) {
-        TF_WARN(
-            "Input mask's size (%zu) is not compatible with the input dataArray (%zu) and elementSize (%d).",
-            mask.size(), dataArray->size(), elementSize);
+        TF_WARN("A mask of %zu cannot be applied to an array of %zu values in elements of %d.", mask.size(),
+                dataArray->size(), elementSize);
         return false;
     }
     T* const data = dataArray->data();

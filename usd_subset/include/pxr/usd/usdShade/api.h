@@ -1,0 +1,5 @@
+#pragma once
+
+#include <pxr/export.h>
+
+#define USDSHADE_API VESK_USD_API
