@@ -37,8 +37,9 @@
 #include <vector>
 
 namespace vesk::framework::usd_document {
+class DocumentExecContext;
 class UsdDocument;
-}
+} // namespace vesk::framework::usd_document
 
 namespace vesk::framework::usd_viewport {
 
@@ -456,7 +457,6 @@ private:
     void _subscribe(const std::shared_ptr<vesk::framework::usd_document::UsdDocument>& document);
     void _unsubscribe(const std::shared_ptr<vesk::framework::usd_document::UsdDocument>& document);
     void _handleEvent(const std::any& event);
-    bool _concernsActiveCamera(const std::any& event, const PXR_NS::SdfPath& activePath) const;
     void _releaseFrameWaiters();
 
     PXR_NS::GfRange3f _getCachedSceneBounds();
@@ -473,16 +473,18 @@ private:
     float getGfCameraDistanceToCenter(const PXR_NS::GfCamera& camera);
     float getRenderAspectRatio() const;
 
-    // One entry for each pending kind of work; they run on the document's task thread or on the pool.
-    PXR_NS::GfRange3f _computeSceneBoundsTask(const void* context);
-    void _frameSceneTask(const void* context, vesk::usd::utils::ProjectionType projection,
-                         ViewDirection direction, const std::vector<PXR_NS::SdfPath>& paths);
-    void _copyCameraTask(const void* context, const std::string& cameraPath, bool updateDistanceToCenter,
-                         const std::string& label);
-    void _setActiveCameraTask(const void* context, const std::string& cameraPath);
-    void _checkUpAxisTask(const void* context);
-    void _writeCameraTask(const void* context, const PXR_NS::SdfPath& path);
-    void _applyRecomputedBounds(const PXR_NS::GfRange3f& bounds);
+    // The work of the document tasks, and of the continuation that follows a recomputation of the bounds.
+    using Context = vesk::framework::usd_document::DocumentExecContext;
+    PXR_NS::GfRange3f _computeSceneBounds(const Context& context) const;
+    PXR_NS::GfRange3f _refreshSceneBounds(const Context& context, const std::vector<PXR_NS::SdfPath>& paths);
+    void _frameSceneNow(const Context& context, vesk::usd::utils::ProjectionType projection,
+                        ViewDirection direction, const std::vector<PXR_NS::SdfPath>& paths);
+    void _copyCameraNow(const Context& context, const std::string& cameraPath, bool updateDistanceToCenter,
+                        const std::string& label);
+    void _setActiveCameraNow(const Context& context, const std::string& cameraPath);
+    void _checkCameraUpAxisNow(const Context& context);
+    void _writeCameraNow(const Context& context, const PXR_NS::SdfPath& path);
+    void _applySceneBounds(const PXR_NS::GfRange3f& bounds);
 
     // Copies in and out of the state that several threads touch.
     std::shared_ptr<vesk::framework::usd_document::UsdDocument> _lockDocument() const;
@@ -490,6 +492,10 @@ private:
     void _setActiveCameraPath(const PXR_NS::SdfPath& path);
     void _storeCamera(const PXR_NS::GfCamera& camera);
     PXR_NS::UsdEditTarget _editTarget() const;
+    PXR_NS::GfCamera _focusedCamera(const PXR_NS::GfCamera& camera);
+    void _finishGesture(PXR_NS::GfCamera& camera, const PXR_NS::GfMatrix4d& transform,
+                        const std::string& undoLabel);
+    std::array<float, 2> _physicalPoint(float x, float y);
 
     static unsigned int s_nextViewportId;
 
