@@ -32,6 +32,7 @@ void declare(Program& program)
     addBoundsVerb(program);
     addShotVerb(program);
     addTourVerb(program);
+    addReplayVerb(program);
 }
 
 /// "vesk shot" where a verb was named, else "vesk": the help that the user should read.

@@ -28,5 +28,6 @@ void addInfoVerb(Program& program);
 void addBoundsVerb(Program& program);
 void addShotVerb(Program& program);
 void addTourVerb(Program& program);
+void addReplayVerb(Program& program);
 
 } // namespace vesk::cli

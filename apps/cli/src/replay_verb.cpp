@@ -1,0 +1,150 @@
+#include "program.h"
+
+#include "replay/operations.h"
+#include "replay/session.h"
+
+#include <apps/support/errors.h>
+#include <apps/support/outputs.h>
+
+#include <algorithm>
+#include <fstream>
+#include <memory>
+#include <ostream>
+#include <sstream>
+#include <system_error>
+
+namespace vesk::cli {
+namespace {
+
+using apps::JobError;
+using apps::Json;
+using apps::UsageError;
+
+struct ReplayArguments
+{
+    std::string scene;
+    std::string script;
+    std::string output;
+    std::string renderer = "recording";
+};
+
+struct ScriptStep
+{
+    std::string operation;
+    replay::Action action;
+};
+
+Json readScript(const std::string& path)
+{
+    std::ifstream file(path, std::ios::binary);
+    if (!file) throw JobError("cannot read the script '" + path + "'");
+    try {
+        return Json::parse(file);
+    } catch (const Json::exception& error) {
+        throw UsageError("the script '" + path + "' is not JSON: " + apps::oneLine(error.what()));
+    }
+}
+
+ScriptStep readStep(const Json& step, std::size_t index)
+{
+    const std::string where = "step " + std::to_string(index) + ": ";
+    if (!step.is_object() || !step.contains("op") || !step["op"].is_string()) {
+        throw UsageError(where + "must be an object with the operation's name under \"op\"");
+    }
+    const std::string name = step["op"].get<std::string>();
+    const auto found = replay::operations().find(name);
+    if (found == replay::operations().end()) throw UsageError(where + "there is no operation '" + name + "'");
+    const std::vector<std::string>& known = found->second.arguments;
+    for (const auto& item : step.items()) {
+        if (item.key() == "op" || std::find(known.begin(), known.end(), item.key()) != known.end()) continue;
+        throw UsageError(where + "'" + name + "' has no argument '" + item.key() + "'");
+    }
+    try {
+        return {name, found->second.read(replay::Arguments(step))};
+    } catch (const UsageError& error) {
+        throw UsageError(where + "'" + name + "': " + error.what());
+    }
+}
+
+std::vector<ScriptStep> readSteps(const std::string& path)
+{
+    const Json script = readScript(path);
+    if (!script.is_array()) throw UsageError("the script '" + path + "' must be an array of steps");
+    std::vector<ScriptStep> steps;
+    for (std::size_t i = 0; i < script.size(); ++i)
+        steps.push_back(readStep(script[i], i));
+    return steps;
+}
+
+void play(const ReplayArguments& arguments, const std::vector<ScriptStep>& steps, std::ostream& out)
+{
+    replay::Session session(arguments.scene);
+    if (steps.empty() || steps.front().operation != "construct") {
+        replay::Construction how;
+        how.renderer = arguments.renderer;
+        session.construct(how);
+        session.forget();
+    }
+    for (const ScriptStep& step : steps)
+        session.step(step.operation, step.action, out);
+    session.step(
+        "end", [](replay::Session& s) { return s.runTasks(), Json(); }, out);
+}
+
+/// Writes the whole session aside and renames it, so that a failed one leaves no file.
+void writeWhole(const std::string& path, const std::string& text)
+{
+    const std::string aside = path + ".partial";
+    std::error_code error;
+    {
+        std::ofstream file(aside, std::ios::binary);
+        file << text;
+        file.flush();
+        if (!file) error = std::make_error_code(std::errc::io_error);
+    }
+    if (!error) std::filesystem::rename(aside, path, error);
+    if (error) {
+        std::error_code ignored;
+        std::filesystem::remove(aside, ignored);
+        throw JobError("cannot write '" + path + "': " + error.message());
+    }
+}
+
+void runReplay(const ReplayArguments& arguments, std::ostream& out)
+{
+    const std::vector<ScriptStep> steps = readSteps(arguments.script);
+    if (arguments.output.empty()) return play(arguments, steps, out);
+    apps::requireWritable(arguments.output);
+    std::ostringstream text;
+    play(arguments, steps, text);
+    writeWhole(arguments.output, text.str());
+}
+
+} // namespace
+
+void addReplayVerb(Program& program)
+{
+    auto arguments = std::make_shared<ReplayArguments>();
+    CLI::App* verb = program.app.add_subcommand(
+        "replay",
+        "Runs a recorded session against a viewport and prints what can be observed, a JSON line a step");
+    verb->add_option("SCENE", arguments->scene, "The scene's file")->required();
+    verb->add_option("SCRIPT", arguments->script, "JSON array of steps: {\"op\": NAME, arguments by name}")
+        ->required();
+    verb->add_option("-o,--output", arguments->output, "Write the lines to FILE instead of stdout")
+        ->type_name("FILE");
+    verb->add_option("--renderer", arguments->renderer, "Renderer (vesk --version lists them)")
+        ->type_name("ID")
+        ->capture_default_str();
+    verb->footer("Example:\n"
+                 "  vesk replay scene.usda session.json\n"
+                 "with session.json:\n"
+                 "  [{\"op\": \"frameScene\", \"projection\": 0, \"direction\": 7, \"paths\": []},\n"
+                 "   {\"op\": \"runTasks\"},\n"
+                 "   {\"op\": \"orbitCamera\", \"dx\": 40, \"dy\": 0, \"undoLabel\": \"\"}]");
+    verb->callback([&program, arguments] {
+        program.job = [arguments](std::ostream& out) { runReplay(*arguments, out); };
+    });
+}
+
+} // namespace vesk::cli
