@@ -1,0 +1,17 @@
+#pragma once
+
+/// Warnings.
+
+#include <pxr/base/tf/diagnosticBase.h>
+#include <pxr/pxr.h>
+
+PXR_NAMESPACE_OPEN_SCOPE
+
+class TfWarning : public TfDiagnosticBase
+{
+private:
+    friend class TfDiagnosticMgr;
+    using TfDiagnosticBase::TfDiagnosticBase;
+};
+
+PXR_NAMESPACE_CLOSE_SCOPE
