@@ -5,6 +5,7 @@
 #include <pxr/base/gf/camera.h>
 #include <pxr/base/gf/vec4f.h>
 #include <pxr/base/gf/vec4i.h>
+#include <pxr/base/vt/value.h>
 #include <pxr/usd/sdf/path.h>
 
 #include <vesk/framework/hydra_renderer/aov_capture_request.h>
@@ -13,6 +14,7 @@
 #include <vesk/usd/model/selector.h>
 #include <vesk/usd/utils/param.h>
 
+#include <array>
 #include <optional>
 #include <string>
 #include <unordered_set>
