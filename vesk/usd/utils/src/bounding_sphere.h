@@ -18,8 +18,8 @@ struct BoundingSphere
 /// Coordinates are cut to the limit of clampCoordinate().
 std::optional<BoundingSphere> boundingSphere(const PXR_NS::GfRange3f& bounds);
 
-/// As boundingSphere(), with the box from (-1, -1, -1) to (1, 1, 1) for bounds that cannot be worked with, and a
-/// radius above 0 for a point.
+/// As boundingSphere(), with the box from (-1, -1, -1) to (1, 1, 1) for bounds that cannot be worked with,
+/// and a radius above 0 for a point.
 BoundingSphere framedSphere(const PXR_NS::GfRange3f& bounds);
 
 /// Cuts a finite coordinate to plus or minus 1e19, whose square a float still holds.

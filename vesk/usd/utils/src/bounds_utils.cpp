@@ -33,9 +33,10 @@ bool isFinite(const GfVec3d& point)
     return std::isfinite(point[0]) && std::isfinite(point[1]) && std::isfinite(point[2]);
 }
 
-bool isEmptyOrFinite(const GfRange3d& range)
+// Boxes of points that are not finite may come out empty as well.
+bool isUsable(const GfRange3d& range)
 {
-    return range.IsEmpty() || (isFinite(range.GetMin()) && isFinite(range.GetMax()));
+    return !range.IsEmpty() && isFinite(range.GetMin()) && isFinite(range.GetMax());
 }
 
 bool isVisible(const UsdGeomImageable& imageable, UsdTimeCode time)
@@ -57,19 +58,18 @@ GfRange3d finitePoints(const UsdGeomPointBased& prim, UsdTimeCode time)
     return range;
 }
 
-/// Walks the part of the stage whose boxes are not finite, down to the prims that are at fault.
+/// Walks the part of the stage whose boxes are empty or not finite, down to the prims that are at fault.
 class FiniteBounds
 {
 public:
     FiniteBounds(UsdGeomBBoxCache& cache, TfTokenVector included)
         : m_cache(cache), m_time(cache.GetTime()), m_included(std::move(included))
-    {
-    }
+    {}
 
     GfRange3d under(const UsdPrim& root)
     {
         GfRange3d total = m_cache.ComputeWorldBound(root).ComputeAlignedRange();
-        if (isEmptyOrFinite(total)) return total;
+        if (isUsable(total)) return total;
         total = GfRange3d();
         m_open.assign(1, root);
         while (!m_open.empty()) {
@@ -85,7 +85,7 @@ private:
     {
         if (!_counts(prim)) return;
         const GfRange3d range = m_cache.ComputeWorldBound(prim).ComputeAlignedRange();
-        if (isEmptyOrFinite(range)) {
+        if (isUsable(range)) {
             total.UnionWith(range);
             return;
         }

@@ -16,6 +16,9 @@ constexpr double kRadiansPerDegree = 0.017453292519943295;
 constexpr double kNarrowestAspect = 9.0 / 16.0;
 // Keeps a corner that touches the sphere off the window's very edge.
 constexpr double kRoom = 1.005;
+// Beyond these a camera's apertures would no longer fit into a float.
+constexpr double kLongestDistance = 1e30;
+constexpr double kWidestAspect = 1e4;
 
 struct Axes
 {
@@ -111,15 +114,17 @@ GfCamera framedCamera(const GfRange3f& range, const GfCamera& current, const Axe
     const bool orthographic = becomesOrthographic(projection, current);
     const BoundingSphere sphere = framedSphere(range);
     float distance = distanceToCenter;
-    if (!(distance > 0.0f) || !std::isfinite(distance))
+    if (!(distance > 0.0f && distance <= kLongestDistance))
         distance = getDistanceToCenter(
-            range, orthographic ? ProjectionType::Orthographic : ProjectionType::Perspective, fieldOfView, factor);
+            range, orthographic ? ProjectionType::Orthographic : ProjectionType::Perspective, fieldOfView,
+            factor);
 
     GfCamera camera = current;
     camera.SetTransform(transformOf(axes, sphere.center + axes.w * static_cast<double>(distance)));
     camera.SetHorizontalApertureOffset(0.0f);
     camera.SetVerticalApertureOffset(0.0f);
-    const float aspect = static_cast<float>(positiveOr(current.GetAspectRatio(), 1.0));
+    const float aspect = static_cast<float>(
+        std::clamp(positiveOr(current.GetAspectRatio(), 1.0), 1.0 / kWidestAspect, kWidestAspect));
     if (orthographic) {
         camera.SetOrthographicFromAspectRatioAndSize(aspect, distance, GfCamera::FOVVertical);
     } else {
@@ -145,7 +150,7 @@ float getDistanceToCenter(const GfRange3f& range, ProjectionType projection, flo
     double distance = std::max(perspective, orthographic);
     if (projection == ProjectionType::Perspective) distance = perspective;
     if (projection == ProjectionType::Orthographic) distance = orthographic;
-    return static_cast<float>(std::clamp(distance, 1e-30, 1e37));
+    return static_cast<float>(std::clamp(distance, 1e-30, kLongestDistance));
 }
 
 GfCamera getFramedBBoxGfCamera(const GfRange3f& range, const GfCamera& current, ProjectionType projection,

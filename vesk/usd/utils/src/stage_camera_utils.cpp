@@ -61,8 +61,9 @@ GfMatrix4d localTransform(const UsdGeomCamera& prim, const GfMatrix4d& world, Us
     double determinant = 0.0;
     const GfMatrix4d inverse = parent.GetInverse(&determinant);
     if (determinant == 0.0 || !isInvertible(parent, inverse))
-        fail(UtilsError::SingularParentTransform, prim.GetPath(),
-             "the transform of its parent cannot be inverted; give every prim above it a scale that is not 0");
+        fail(
+            UtilsError::SingularParentTransform, prim.GetPath(),
+            "the transform of its parent cannot be inverted; give every prim above it a scale that is not 0");
     return world * inverse;
 }
 

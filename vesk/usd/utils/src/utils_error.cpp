@@ -15,12 +15,16 @@ public:
     std::string message(int code) const override
     {
         switch (static_cast<UtilsError>(code)) {
-        case UtilsError::InvalidStage: return "There is no stage";
-        case UtilsError::InvalidPrim: return "There is no prim at the path";
-        case UtilsError::InvalidCameraPrim: return "There is no camera prim at the path";
+        case UtilsError::InvalidStage:
+            return "There is no stage";
+        case UtilsError::InvalidPrim:
+            return "There is no prim at the path";
+        case UtilsError::InvalidCameraPrim:
+            return "There is no camera prim at the path";
         case UtilsError::SingularParentTransform:
             return "A transform above the camera prim cannot be inverted";
-        case UtilsError::AuthoringFailed: return "The camera could not be authored";
+        case UtilsError::AuthoringFailed:
+            return "The camera could not be authored";
         }
         return "Unknown UtilsError error";
     }
