@@ -50,7 +50,7 @@ protected:
     {}
 
 private:
-    virtual bool _StoreVtValue(const VtValue& value) = 0;
+    virtual bool _StoreVtValue(const VtValue& v) = 0;
 };
 
 /// Reads a field into a T.
@@ -58,7 +58,7 @@ template <class T>
 class SdfAbstractDataTypedValue : public SdfAbstractDataValue
 {
 public:
-    SdfAbstractDataTypedValue(T* value) : SdfAbstractDataValue(value, typeid(T)) {}
+    SdfAbstractDataTypedValue(T* place) : SdfAbstractDataValue(place, typeid(T)) {}
 
 private:
     bool _StoreVtValue(const VtValue& v) override
@@ -79,8 +79,8 @@ class SdfAbstractDataConstValue
 {
 public:
     virtual ~SdfAbstractDataConstValue() = default;
-    virtual bool GetValue(VtValue* value) const = 0;
-    virtual bool IsEqual(const VtValue& value) const = 0;
+    virtual bool GetValue(VtValue* v) const = 0;
+    virtual bool IsEqual(const VtValue& v) const = 0;
 
     const void* value;
     const std::type_info& valueType;
@@ -96,7 +96,7 @@ template <class T>
 class SdfAbstractDataConstTypedValue : public SdfAbstractDataConstValue
 {
 public:
-    SdfAbstractDataConstTypedValue(const T* value) : SdfAbstractDataConstValue(value, typeid(T)) {}
+    SdfAbstractDataConstTypedValue(const T* place) : SdfAbstractDataConstValue(place, typeid(T)) {}
 
     bool GetValue(VtValue* v) const override
     {
@@ -117,8 +117,8 @@ template <int N>
 class SdfAbstractDataConstTypedValue<char[N]> : public SdfAbstractDataConstTypedValue<std::string>
 {
 public:
-    SdfAbstractDataConstTypedValue(const char (*value)[N])
-        : SdfAbstractDataConstTypedValue<std::string>(&_str), _str(*value)
+    SdfAbstractDataConstTypedValue(const char (*place)[N])
+        : SdfAbstractDataConstTypedValue<std::string>(&_str), _str(*place)
     {}
 
 private:

@@ -7,10 +7,11 @@
 #include <pxr/usd/sdf/api.h>
 #include <pxr/usd/sdf/declareHandles.h>
 #include <pxr/usd/sdf/path.h>
+#include <pxr/usd/sdf/spec.h>
 
 #include <cstddef>
 #include <iterator>
-#include <map>
+#include <memory>
 #include <string>
 #include <vector>
 

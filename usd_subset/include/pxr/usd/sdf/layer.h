@@ -302,14 +302,6 @@ public:
     bool HasRelocates() const;
     void ClearRelocates();
 
-    static std::set<std::string> GetMutedLayers();
-    bool IsMuted() const;
-    static bool IsMuted(const std::string& path);
-    /// Muting makes a layer empty until it is unmuted again.
-    void SetMuted(bool muted);
-    static void AddToMutedLayers(const std::string& mutedPath);
-    static void RemoveFromMutedLayers(const std::string& mutedPath);
-
     SdfPrimSpecHandle GetPseudoRoot() const;
     SdfSpecHandle GetObjectAtPath(const SdfPath& path);
     SdfPrimSpecHandle GetPrimAtPath(const SdfPath& path);
@@ -384,7 +376,6 @@ private:
     bool _CanEdit(const char* what, const SdfPath& path) const;
     bool _IsValidForSchema(const SdfPath& path, const TfToken& fieldName) const;
     SdfSpecHandle _GetSpec(const SdfPath& path) const;
-    std::string _GetMutedPath() const;
 
     bool _IsInert(const SdfPath& path, bool ignoreChildren,
                   bool requiredFieldOnlyPropertiesAreInert = false) const;

@@ -11,6 +11,7 @@
 #include <pxr/usd/sdf/path.h>
 #include <pxr/usd/sdf/payload.h>
 #include <pxr/usd/sdf/reference.h>
+#include <pxr/usd/sdf/spec.h>
 
 #include <functional>
 #include <optional>

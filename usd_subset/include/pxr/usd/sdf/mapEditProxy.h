@@ -8,6 +8,7 @@
 #include <pxr/pxr.h>
 #include <pxr/usd/sdf/api.h>
 #include <pxr/usd/sdf/declareHandles.h>
+#include <pxr/usd/sdf/spec.h>
 #include <pxr/usd/sdf/types.h>
 
 #include <string>

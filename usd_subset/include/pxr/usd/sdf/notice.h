@@ -126,21 +126,6 @@ public:
     public:
         ~LayerDirtinessChanged() override;
     };
-
-    class SDF_API LayerMutenessChanged : public Base
-    {
-    public:
-        LayerMutenessChanged(const std::string& layerPath, bool wasMuted)
-            : _layerPath(layerPath), _wasMuted(wasMuted)
-        {}
-        ~LayerMutenessChanged() override;
-        const std::string& GetLayerPath() const { return _layerPath; }
-        bool WasMuted() const { return _wasMuted; }
-
-    private:
-        std::string _layerPath;
-        bool _wasMuted;
-    };
 };
 
 PXR_NAMESPACE_CLOSE_SCOPE
