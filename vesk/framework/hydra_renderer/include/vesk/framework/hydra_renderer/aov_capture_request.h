@@ -18,7 +18,7 @@ struct VESK_FRAMEWORK_HYDRA_RENDERER_EXPORT AovCaptureRequest
     /// The render output, by its Hydra name (`color`, `depth`, `normal`, ...).
     PXR_NS::TfToken aov;
 
-    /// Linear colour and opacity behind the scene; without a value the renderer's clear colour.
+    /// Display colour and opacity behind the scene; without a value the renderer's clear colour.
     std::optional<PXR_NS::GfVec4f> clearColor;
 
     /// Samples per pixel; 0 takes the renderer's default. The frame takes the largest of all its requests.

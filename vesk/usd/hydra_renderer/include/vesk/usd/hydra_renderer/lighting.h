@@ -44,7 +44,7 @@ struct VESK_USD_HYDRA_RENDERER_EXPORT LightingInfo
 /// three about the camera's up axis and the dome about the stage's up axis. \param domeLightTexture image of
 /// the surroundings (latitude-longitude; hdr, exr, png, jpg, jpeg or tga), empty:
 ///        a dome without a texture
-/// \param domeLightVisible whether the dome's texture is also seen as the background
+/// \param castShadows whether the key light casts shadows
 /// \param rotationDegrees turn of the rig, counter-clockwise seen from above; a number that is not finite
 /// counts as 0 Returns: the lights in the order key, fill, rim, dome; or the file system's error code for a
 /// texture that is missing, not a file, of an unknown kind or unreadable. Thread: any.
