@@ -264,12 +264,12 @@ base::Future<std::decay_t<std::invoke_result_t<F&, const UsdDocument::ExecContex
 UsdDocument::_exec(F work, TaskType type, const std::string& label,
                    const std::variant<PXR_NS::UsdEditTarget, std::string>& editTarget, bool updateDocumentURI)
 {
-    using Task = FTask<F>;
-    typename Task::Packaged packaged;
-    if constexpr (std::is_same_v<typename Task::Result, std::string>) {
+    using Packer = FTask<F>;
+    typename Packer::Packaged packaged;
+    if constexpr (std::is_same_v<typename Packer::Result, std::string>) {
         if (updateDocumentURI) {
             packaged =
-                typename Task::Packaged([this, work = std::move(work)](const ExecContext& context) mutable {
+                typename Packer::Packaged([this, work = std::move(work)](const ExecContext& context) mutable {
                     std::string uri = work(context);
                     _setDocumentURI(uri);
                     return uri;
@@ -284,9 +284,9 @@ UsdDocument::_exec(F work, TaskType type, const std::string& label,
             base::error_handling::makeErrorCode(base::error_handling::GenericError::InvalidArgument),
             "updateDocumentURI requires string return value");
     }
-    if (!packaged.valid()) packaged = typename Task::Packaged(std::move(work));
+    if (!packaged.valid()) packaged = typename Packer::Packaged(std::move(work));
     auto future = packaged.getFuture();
-    _addTask(std::make_unique<Task>(this, std::move(packaged)), type, label,
+    _addTask(std::make_unique<Packer>(this, std::move(packaged)), type, label,
              PXR_NS::TfWeakPtr<PXR_NS::UsdStage>(_getStage()), editTarget);
     return future;
 }

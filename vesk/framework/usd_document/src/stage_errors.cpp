@@ -1,0 +1,37 @@
+#include "stage_errors.h"
+
+#include <pxr/base/tf/error.h>
+#include <pxr/base/tf/errorMark.h>
+
+PXR_NAMESPACE_USING_DIRECTIVE
+
+namespace vesk::framework::usd_document {
+
+std::string onOneLine(const std::string& text)
+{
+    std::string line;
+    bool space = false;
+    for (const char c : text) {
+        if (c == '\n' || c == '\r' || c == '\t' || c == ' ') {
+            space = !line.empty();
+            continue;
+        }
+        if (space) line += ' ';
+        space = false;
+        line += c;
+    }
+    return line;
+}
+
+std::vector<std::string> collectStageErrors(const std::function<void()>& call)
+{
+    std::vector<std::string> errors;
+    TfErrorMark mark;
+    call();
+    for (const TfError& error : mark)
+        errors.push_back(onOneLine(error.GetCommentary()));
+    mark.Clear();
+    return errors;
+}
+
+} // namespace vesk::framework::usd_document
