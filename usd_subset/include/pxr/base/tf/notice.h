@@ -189,13 +189,13 @@ private:
     static Key _RegisterWithSender(LPtr const& listener, Method method, SenderPtr const& sender)
     {
         const TfAnyWeakPtr any = _AnySender(sender);
-        const SPtr delivered(sender);
         return _Register(_TypeOf(typeid(N)), &any,
-                         [listener, method, delivered](const TfNotice& notice, const TfType&, TfWeakBase*,
-                                                       const void*, const std::type_info&) {
+                         [listener, method](const TfNotice& notice, const TfType&, TfWeakBase* from,
+                                            const void*, const std::type_info&) {
                              auto* object = get_pointer(listener);
                              if (object) {
-                                 (object->*method)(static_cast<const N&>(notice), delivered);
+                                 (object->*method)(static_cast<const N&>(notice),
+                                                   SPtr(static_cast<typename SPtr::DataType*>(from)));
                              }
                              return object != nullptr;
                          });

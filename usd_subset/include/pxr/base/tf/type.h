@@ -73,7 +73,7 @@ public:
     }
     /// @}
 
-    /// Returns the name, "" for the unknown type.
+    /// Returns the name, "TfType::_Unknown" for the unknown type.
     VESK_USD_API std::string const& GetTypeName() const;
     /// Returns the C++ type, void for one that is declared only.
     VESK_USD_API std::type_info const& GetTypeid() const;
@@ -111,7 +111,7 @@ public:
     template <typename T, typename B>
     static TfType const& Define()
     {
-        return _Define(typeid(T), _BaseIds(static_cast<B*>(nullptr)), sizeof(T), std::is_trivial_v<T>,
+        return _Define(typeid(T), _BaseIds(static_cast<B*>(nullptr)), _Sizeof<T>(), std::is_trivial_v<T>,
                        std::is_enum_v<T>);
     }
     template <typename T>
@@ -158,6 +158,15 @@ public:
 private:
     explicit TfType(_TypeInfo* info) : _info(info) {}
 
+    template <class T>
+    static constexpr size_t _Sizeof()
+    {
+        if constexpr (std::is_void_v<T>) {
+            return 0;
+        } else {
+            return sizeof(T);
+        }
+    }
     template <class... Args>
     static std::vector<std::type_info const*> _BaseIds(Bases<Args...>*)
     {

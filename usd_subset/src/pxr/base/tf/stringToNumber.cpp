@@ -1,0 +1,83 @@
+#include <pxr/base/tf/stringUtils.h>
+
+#include <charconv>
+#include <cstring>
+#include <limits>
+
+PXR_NAMESPACE_OPEN_SCOPE
+
+namespace {
+
+double ParseDouble(const char* text, const char* end)
+{
+    double number = 0;
+    const char* first = text;
+    if (first != end && *first == '+') {
+        ++first;
+        if (first != end && *first == '-') {
+            return 0;
+        }
+    }
+    const auto result = std::from_chars(first, end, number);
+    if (result.ec == std::errc::result_out_of_range) {
+        // Too large or too small: the sign of the exponent tells which.
+        const bool negative = *first == '-';
+        const std::string seen(first, result.ptr);
+        const size_t exponent = seen.find_first_of("eE");
+        const bool small = exponent != std::string::npos ? seen[exponent + 1] == '-' : seen.find('.') < 3;
+        number = small ? 0.0 : std::numeric_limits<double>::infinity();
+        return negative ? -number : number;
+    }
+    return result.ec == std::errc() ? number : 0;
+}
+
+template <class Integer>
+Integer ParseInteger(const std::string& text, bool* outOfRange)
+{
+    if (outOfRange) {
+        *outOfRange = false;
+    }
+    const char* first = text.data();
+    const char* end = first + text.size();
+    while (first != end && std::strchr(" \t\n\r\f\v", *first)) {
+        ++first;
+    }
+    Integer number = 0;
+    const bool negative = first != end && *first == '-';
+    const auto result = std::from_chars(first, end, number);
+    if (result.ec == std::errc::result_out_of_range) {
+        if (outOfRange) {
+            *outOfRange = true;
+        }
+        return negative ? std::numeric_limits<Integer>::min() : std::numeric_limits<Integer>::max();
+    }
+    return number;
+}
+
+} // namespace
+
+double TfStringToDouble(const std::string& text)
+{
+    return ParseDouble(text.data(), text.data() + text.size());
+}
+double TfStringToDouble(const char* text) { return ParseDouble(text, text + std::strlen(text)); }
+double TfStringToDouble(const char* text, int length) { return ParseDouble(text, text + length); }
+
+long TfStringToLong(const std::string& text, bool* outOfRange)
+{
+    return ParseInteger<long>(text, outOfRange);
+}
+unsigned long TfStringToULong(const std::string& text, bool* outOfRange)
+{
+    return ParseInteger<unsigned long>(text, outOfRange);
+}
+int64_t TfStringToInt64(const std::string& text, bool* outOfRange)
+{
+    return ParseInteger<int64_t>(text, outOfRange);
+}
+uint64_t TfStringToUInt64(const std::string& text, bool* outOfRange)
+{
+    return ParseInteger<uint64_t>(text, outOfRange);
+}
+
+PXR_NAMESPACE_CLOSE_SCOPE
