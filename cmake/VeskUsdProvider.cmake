@@ -34,6 +34,8 @@ if(VESK_USD_PROVIDER_FOUND STREQUAL "installed")
     add_library(vesk_openusd INTERFACE)
     target_link_libraries(vesk_openusd INTERFACE
         gf tf vt sdf ar usd usdGeom usdLux usdShade usdSkel kind glf cameraUtil)
+    # OpenUSD 24.11's headers still include <ext/hash_map>, which GCC reports with a #warning.
+    target_compile_options(vesk_openusd INTERFACE $<BUILD_INTERFACE:-Wno-cpp>)
     set(VESK_USD_DESCRIPTION "installed OpenUSD ${PXR_VERSION}")
     install(TARGETS vesk_openusd EXPORT vesk-targets)
     set_property(TARGET vesk_openusd PROPERTY EXPORT_NAME openusd)
