@@ -102,11 +102,11 @@ public:
     /// Grows to the smallest interval around both.
     GfInterval& operator|=(const GfInterval& rhs)
     {
-        if (rhs.IsEmpty()) {
-            return *this;
-        }
         if (IsEmpty()) {
             return *this = rhs;
+        }
+        if (rhs.IsEmpty()) {
+            return *this;
         }
         if (_min.value > rhs._min.value) {
             _min = rhs._min;
