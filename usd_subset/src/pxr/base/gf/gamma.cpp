@@ -1,4 +1,5 @@
 #include <pxr/base/gf/gamma.h>
+#include <pxr/base/gf/math.h>
 #include <pxr/base/gf/vec3d.h>
 #include <pxr/base/gf/vec3f.h>
 #include <pxr/base/gf/vec3h.h>
@@ -40,7 +41,7 @@ float GfApplyGamma(const float& v, double gamma)
 }
 unsigned char GfApplyGamma(const unsigned char& v, double gamma)
 {
-    return static_cast<unsigned char>(std::pow(v / 255.0, gamma) * 255);
+    return static_cast<unsigned char>(GfClamp(std::pow(v / 255.0, gamma) * 255, 0.0, 255.0));
 }
 
 #define GF_DEFINE_GAMMA(Color)                                                                               \
