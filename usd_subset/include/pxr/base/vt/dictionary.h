@@ -148,8 +148,8 @@ T VtDictionaryGet(const VtDictionary& dictionary, const std::string& key, Vt_Def
 /// @}
 
 /// \name Composition: the strong dictionary's entries win
-/// With coercion, a strong value takes the type that the weak entry has, where it can be cast; one that
-/// cannot is dropped. The recursive form composes dictionaries that both hold under one key.
+/// With coercion, a strong value is cast to the type of the weak entry, and becomes empty where it cannot be.
+/// The recursive form composes dictionaries that both hold under one key.
 /// @{
 VESK_USD_API VtDictionary VtDictionaryOver(const VtDictionary& strong, const VtDictionary& weak,
                                            bool coerceToWeakerOpinionType = false);
