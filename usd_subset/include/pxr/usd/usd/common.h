@@ -1,6 +1,7 @@
 #pragma once
 
 #include <pxr/base/tf/declarePtrs.h>
+#include <pxr/base/tf/stringUtils.h>
 #include <pxr/base/tf/token.h>
 #include <pxr/export.h>
 #include <pxr/pxr.h>

@@ -1,0 +1,130 @@
+#include "pxr/usd/usd/layerStack.h"
+
+#include "pxr/usd/usd/errorText.h"
+
+#include <pxr/base/tf/stringUtils.h>
+#include <pxr/usd/sdf/layerUtils.h>
+
+#include <algorithm>
+
+PXR_NAMESPACE_OPEN_SCOPE
+
+namespace {
+
+// Layers that include each other several times over multiply; no scene comes near this.
+constexpr size_t kMaxEntries = 16384;
+constexpr size_t kMaxDepth = 512;
+
+} // namespace
+
+struct Usd_LayerStack::Loading
+{
+    const std::set<std::string>& mutedLayers;
+    const Warn& warn;
+    std::vector<const SdfLayer*> open; // the layers on the way down from the root
+    bool isTooLarge = false;
+};
+
+Usd_LayerStack::Usd_LayerStack(const SdfLayerRefPtr& rootLayer, const SdfLayerRefPtr& sessionLayer,
+                               const std::set<std::string>& mutedLayers, const Warn& warn)
+    : _rootLayer(rootLayer), _sessionLayer(sessionLayer)
+{
+    Loading loading{mutedLayers, warn, {}, false};
+    const double rootRate = rootLayer->GetTimeCodesPerSecond();
+    _timeCodesPerSecond = rootRate;
+    SdfLayerOffset rootOffset;
+    if (sessionLayer && mutedLayers.count(sessionLayer->GetIdentifier()) == 0) {
+        const double sessionRate = sessionLayer->GetTimeCodesPerSecond();
+        SdfLayerOffset sessionOffset;
+        if (_SessionSetsRate(sessionLayer, rootLayer)) {
+            _timeCodesPerSecond = sessionRate;
+            rootOffset.SetScale(sessionRate / rootRate);
+        } else {
+            sessionOffset.SetScale(rootRate / sessionRate);
+        }
+        _Add(sessionLayer, sessionOffset, sessionRate, loading);
+    }
+    _Add(rootLayer, rootOffset, rootRate, loading);
+    if (loading.isTooLarge) {
+        warn(TfStringPrintf(
+            "The layers below @%s@ include each other more than %zu times; the rest was left out.",
+            rootLayer->GetIdentifier().c_str(), kMaxEntries));
+    }
+}
+
+bool Usd_LayerStack::_SessionSetsRate(const SdfLayerRefPtr& session, const SdfLayerRefPtr& root)
+{
+    return session->HasTimeCodesPerSecond() ||
+           (!root->HasTimeCodesPerSecond() && session->HasFramesPerSecond());
+}
+
+bool Usd_LayerStack::NeedsOtherTimeCodesPerSecond() const
+{
+    const bool bySession = _sessionLayer && _SessionSetsRate(_sessionLayer, _rootLayer);
+    return (bySession ? _sessionLayer : _rootLayer)->GetTimeCodesPerSecond() != _timeCodesPerSecond;
+}
+
+const Usd_LayerStack::Entry* Usd_LayerStack::FindEntry(const SdfLayer* layer) const
+{
+    const auto found = std::find_if(_entries.begin(), _entries.end(), [layer](const Entry& entry) {
+        return get_pointer(entry.layer) == layer;
+    });
+    return found == _entries.end() ? nullptr : &*found;
+}
+
+void Usd_LayerStack::_Add(const SdfLayerRefPtr& layer, const SdfLayerOffset& offset,
+                          double timeCodesPerSecond, Loading& loading)
+{
+    if (_entries.size() >= kMaxEntries || loading.open.size() >= kMaxDepth) {
+        loading.isTooLarge = true;
+        return;
+    }
+    _entries.push_back({layer, offset});
+    loading.open.push_back(get_pointer(layer));
+    const std::vector<std::string> paths = layer->GetSubLayerPaths();
+    const SdfLayerOffsetVector offsets = layer->GetSubLayerOffsets();
+    for (size_t i = 0; i != paths.size(); ++i) {
+        _AddSublayer(layer, paths[i], i < offsets.size() ? offsets[i] : SdfLayerOffset(), offset,
+                     timeCodesPerSecond, loading);
+    }
+    loading.open.pop_back();
+}
+
+void Usd_LayerStack::_AddSublayer(const SdfLayerRefPtr& layer, const std::string& path,
+                                  SdfLayerOffset sublayerOffset, const SdfLayerOffset& offset,
+                                  double timeCodesPerSecond, Loading& loading)
+{
+    const std::string fullPath = SdfComputeAssetPathRelativeToLayer(layer, path);
+    if (path.empty() || loading.mutedLayers.count(fullPath)) {
+        return;
+    }
+    std::string why;
+    const SdfLayerRefPtr sublayer = Usd_OpenLayer(fullPath, &why);
+    const char* const from = layer->GetIdentifier().c_str();
+    if (!sublayer) {
+        loading.warn(
+            TfStringPrintf("Sublayer @%s@ of @%s@ was left out: %s", path.c_str(), from, why.c_str()));
+        return;
+    }
+    if (loading.mutedLayers.count(sublayer->GetIdentifier())) {
+        return;
+    }
+    if (std::count(loading.open.begin(), loading.open.end(), get_pointer(sublayer))) {
+        loading.warn(TfStringPrintf(
+            "Sublayer @%s@ of @%s@ was left out: it includes itself. Remove the cycle.", path.c_str(), from));
+        return;
+    }
+    if (!sublayerOffset.IsValid() || !sublayerOffset.GetInverse().IsValid()) {
+        loading.warn(
+            TfStringPrintf("Sublayer @%s@ of @%s@ has an offset that cannot be inverted; none is used.",
+                           path.c_str(), from));
+        sublayerOffset = SdfLayerOffset();
+    }
+    const double sublayerRate = sublayer->GetTimeCodesPerSecond();
+    if (sublayerRate != timeCodesPerSecond) {
+        sublayerOffset.SetScale(sublayerOffset.GetScale() * timeCodesPerSecond / sublayerRate);
+    }
+    _Add(sublayer, offset * sublayerOffset, sublayerRate, loading);
+}
+
+PXR_NAMESPACE_CLOSE_SCOPE

@@ -1,0 +1,76 @@
+#pragma once
+
+#include "pxr/usd/usd/layerStack.h"
+
+#include <pxr/base/tf/token.h>
+#include <pxr/pxr.h>
+#include <pxr/usd/sdf/layer.h>
+#include <pxr/usd/sdf/layerOffset.h>
+#include <pxr/usd/sdf/path.h>
+#include <pxr/usd/usd/pathMapping.h>
+
+#include <cstdint>
+#include <memory>
+#include <vector>
+
+PXR_NAMESPACE_OPEN_SCOPE
+
+/// How a node came into a prim's index, in the order of strength among the arcs of one prim.
+enum class Usd_ArcType : std::uint8_t
+{
+    Root,
+    Inherit,
+    Variant,
+    Reference,
+    Payload,
+    Specialize
+};
+
+/// One place in scene description that contributes to a prim: a layer stack and a path in it.
+struct Usd_PrimIndexNode
+{
+    Usd_LayerStackPtr layerStack;
+    SdfPath path;
+    Usd_PathMapping toStage; ///< paths and times of the node's namespace to those of the stage
+    Usd_ArcType arc = Usd_ArcType::Root;
+    std::int32_t parent = -1; ///< the node that the arc was written in
+    bool isDueToAncestor = false;
+};
+
+/// One spec that contributes to a prim.
+struct Usd_SpecSite
+{
+    SdfLayer* layer;       ///< kept alive by its layer stack
+    SdfPath path;          ///< of the prim spec
+    SdfLayerOffset offset; ///< from the layer's time to the stage's
+    std::uint32_t node;
+};
+
+/// Where a prim's opinions come from, strongest first. It does not change once it is made.
+class Usd_PrimIndex
+{
+public:
+    const SdfPath& GetPath() const { return _path; }
+    const std::vector<Usd_SpecSite>& GetSites() const { return _sites; }
+    const std::vector<Usd_PrimIndexNode>& GetNodes() const { return *_nodes; }
+    const Usd_PrimIndexNode& GetNode(const Usd_SpecSite& site) const { return (*_nodes)[site.node]; }
+    bool HasSpecs() const { return !_sites.empty(); }
+    bool HasPayloads() const { return _hasPayloads; }
+    bool IsInstanceable() const { return _isInstanceable; }
+
+    /// The names of the children in their order.
+    TfTokenVector ComputeChildNames() const;
+
+private:
+    friend class Usd_PrimIndexer;
+
+    SdfPath _path;
+    std::vector<Usd_SpecSite> _sites;
+    std::shared_ptr<const std::vector<Usd_PrimIndexNode>> _nodes;
+    bool _hasPayloads = false;
+    bool _isInstanceable = false;
+};
+
+using Usd_PrimIndexPtr = std::shared_ptr<const Usd_PrimIndex>;
+
+PXR_NAMESPACE_CLOSE_SCOPE

@@ -1,0 +1,156 @@
+#include <pxr/usd/usd/property.h>
+
+#include "pxr/usd/usd/propertySites.h"
+#include "pxr/usd/usd/stageImpl.h"
+
+#include <pxr/base/tf/stringUtils.h>
+#include <pxr/usd/sdf/listOp.h>
+#include <pxr/usd/sdf/schema.h>
+
+#include <optional>
+
+PXR_NAMESPACE_OPEN_SCOPE
+
+SdfPropertySpecHandleVector UsdProperty::GetPropertyStack(UsdTimeCode time) const
+{
+    SdfPropertySpecHandleVector specs;
+    for (const auto& entry : GetPropertyStackWithLayerOffsets(time)) {
+        specs.push_back(entry.first);
+    }
+    return specs;
+}
+
+std::vector<std::pair<SdfPropertySpecHandle, SdfLayerOffset>>
+UsdProperty::GetPropertyStackWithLayerOffsets(UsdTimeCode) const
+{
+    std::vector<std::pair<SdfPropertySpecHandle, SdfLayerOffset>> specs;
+    for (Usd_PropertySites sites(*_Prim().operator->(), _PropName()); sites; ++sites) {
+        if (const SdfPropertySpecHandle spec = sites.GetLayer().GetPropertyAtPath(sites.GetPath())) {
+            specs.emplace_back(spec, sites.GetOffset());
+        }
+    }
+    return specs;
+}
+
+TfToken UsdProperty::GetBaseName() const
+{
+    const std::string& name = _PropName().GetString();
+    const size_t end = name.rfind(GetNamespaceDelimiter());
+    return end == std::string::npos ? _PropName() : TfToken(name.substr(end + 1));
+}
+
+TfToken UsdProperty::GetNamespace() const
+{
+    const std::string& name = _PropName().GetString();
+    const size_t end = name.rfind(GetNamespaceDelimiter());
+    return end == std::string::npos ? TfToken() : TfToken(name.substr(0, end));
+}
+
+std::vector<std::string> UsdProperty::SplitName() const
+{
+    return SdfPath::TokenizeIdentifier(_PropName().GetString());
+}
+
+std::string UsdProperty::GetDisplayGroup() const
+{
+    std::string group;
+    GetMetadata(SdfFieldKeys->DisplayGroup, &group);
+    return group;
+}
+
+bool UsdProperty::SetDisplayGroup(const std::string& displayGroup) const
+{
+    return SetMetadata(SdfFieldKeys->DisplayGroup, displayGroup);
+}
+
+bool UsdProperty::ClearDisplayGroup() const { return ClearMetadata(SdfFieldKeys->DisplayGroup); }
+
+bool UsdProperty::HasAuthoredDisplayGroup() const { return HasAuthoredMetadata(SdfFieldKeys->DisplayGroup); }
+
+std::vector<std::string> UsdProperty::GetNestedDisplayGroups() const
+{
+    return TfStringTokenize(GetDisplayGroup(), ":");
+}
+
+bool UsdProperty::SetNestedDisplayGroups(const std::vector<std::string>& nestedGroups) const
+{
+    return SetDisplayGroup(TfStringJoin(nestedGroups, ":"));
+}
+
+bool UsdProperty::IsCustom() const
+{
+    bool custom = false;
+    GetMetadata(SdfFieldKeys->Custom, &custom);
+    return custom;
+}
+
+bool UsdProperty::SetCustom(bool isCustom) const { return SetMetadata(SdfFieldKeys->Custom, isCustom); }
+
+bool UsdProperty::IsDefined() const { return IsValid(); }
+
+bool UsdProperty::IsAuthored() const
+{
+    for (Usd_PropertySites sites(*_Prim().operator->(), _PropName()); sites; ++sites) {
+        if (sites.GetLayer().HasSpec(sites.GetPath())) {
+            return true;
+        }
+    }
+    return false;
+}
+
+bool UsdProperty::IsAuthoredAt(const UsdEditTarget& editTarget) const
+{
+    return editTarget.IsValid() && editTarget.GetLayer()->HasSpec(editTarget.MapToSpecPath(GetPath()));
+}
+
+bool UsdProperty::_GetTargets(SdfSpecType specType, SdfPathVector* out) const
+{
+    const TfToken& field =
+        specType == SdfSpecTypeAttribute ? SdfFieldKeys->ConnectionPaths : SdfFieldKeys->TargetPaths;
+    struct Opinion
+    {
+        SdfPathListOp edits;
+        SdfPath anchor;
+        const Usd_PathMapping* mapping;
+    };
+    std::vector<Opinion> opinions;
+    for (Usd_PropertySites sites(*_Prim().operator->(), _PropName()); sites; ++sites) {
+        Opinion opinion{{}, sites.GetPath().GetPrimPath(), &sites.GetNode().toStage};
+        if (sites.GetLayer().HasField(sites.GetPath(), field, &opinion.edits)) {
+            opinions.push_back(std::move(opinion));
+        }
+    }
+    out->clear();
+    for (auto opinion = opinions.rbegin(); opinion != opinions.rend(); ++opinion) {
+        opinion->edits.ApplyOperations(
+            out, [&](SdfListOpType, const SdfPath& path) -> std::optional<SdfPath> {
+                const SdfPath mapped = opinion->mapping->MapSourceToTarget(
+                    path.MakeAbsolutePath(opinion->anchor).StripAllVariantSelections());
+                return mapped.IsEmpty() ? std::nullopt : std::optional<SdfPath>(mapped);
+            });
+    }
+    return !opinions.empty();
+}
+
+SdfPath UsdProperty::_GetPathForAuthoring(const SdfPath& path, std::string* whyNot) const
+{
+    const SdfPath prim = GetPath().GetPrimPath();
+    const UsdEditTarget& target = _Impl().editTarget;
+    const SdfPath absolute = path.IsEmpty() ? path : path.MakeAbsolutePath(prim);
+    if (UsdPrim::IsPathInPrototype(absolute)) {
+        *whyNot = "Cannot target a prototype or an object within a prototype.";
+        return SdfPath();
+    }
+    SdfPath mapped =
+        absolute.IsEmpty() ? absolute : target.MapToSpecPath(absolute).StripAllVariantSelections();
+    if (!mapped.IsEmpty() && !path.IsAbsolutePath()) {
+        mapped = mapped.MakeRelativePath(target.MapToSpecPath(prim).StripAllVariantSelections());
+    }
+    if (mapped.IsEmpty()) {
+        *whyNot = TfStringPrintf("Cannot map <%s> to layer @%s@ via stage's EditTarget", path.GetText(),
+                                 target.IsValid() ? target.GetLayer()->GetIdentifier().c_str() : "");
+    }
+    return mapped;
+}
+
+PXR_NAMESPACE_CLOSE_SCOPE

@@ -1,0 +1,126 @@
+#include "pxr/usd/usd/stageImpl.h"
+
+#include "pxr/usd/usd/changeProcessor.h"
+#include "pxr/usd/usd/primComposer.h"
+
+#include <pxr/base/tf/diagnostic.h>
+#include <pxr/usd/sdf/layerUtils.h>
+#include <pxr/usd/usd/attribute.h>
+#include <pxr/usd/usd/relationship.h>
+
+PXR_NAMESPACE_OPEN_SCOPE
+
+Usd_StageImpl::Usd_StageImpl(UsdStage* owner, const SdfLayerRefPtr& root, const SdfLayerRefPtr& session,
+                             UsdStage::InitialLoadSet load)
+    : stage(owner),
+      rootLayer(root),
+      sessionLayer(session),
+      loadRules(load == UsdStage::LoadAll ? UsdStageLoadRules::LoadAll() : UsdStageLoadRules::LoadNone())
+{}
+
+Usd_StageImpl::~Usd_StageImpl()
+{
+    for (auto& followed : _followed) {
+        TfNotice::Revoke(followed.second);
+    }
+}
+
+UsdStageRefPtr Usd_StageImpl::Open(const SdfLayerRefPtr& root, const SdfLayerRefPtr& session,
+                                   UsdStage::InitialLoadSet load)
+{
+    const UsdStageRefPtr result = TfCreateRefPtr(new UsdStage);
+    result->_impl = std::make_unique<Usd_StageImpl>(get_pointer(result), root, session, load);
+    Usd_StageImpl& impl = *result->_impl;
+    impl.RebuildLayerStack();
+    impl.editTarget = result->GetEditTargetForLocalLayer(SdfLayerHandle(root));
+    Usd_PrimComposer(impl).ComposeAll();
+    impl.FollowLayers();
+    return result;
+}
+
+void Usd_StageImpl::RebuildLayerStack()
+{
+    layerStack = std::make_shared<Usd_LayerStack>(
+        rootLayer, sessionLayer, std::set<std::string>(mutedLayers.begin(), mutedLayers.end()),
+        [this](const std::string& text) { WarnOnce(text); });
+}
+
+std::set<SdfLayerRefPtr> Usd_StageImpl::GetUsedLayers() const
+{
+    std::set<SdfLayerRefPtr> layers;
+    for (const Usd_LayerStack::Entry& entry : layerStack->GetEntries()) {
+        layers.insert(entry.layer);
+    }
+    return layers;
+}
+
+void Usd_StageImpl::FollowLayers()
+{
+    const std::set<SdfLayerRefPtr> used = GetUsedLayers();
+    for (auto followed = _followed.begin(); followed != _followed.end();) {
+        if (used.count(followed->first)) {
+            ++followed;
+        } else {
+            TfNotice::Revoke(followed->second);
+            followed = _followed.erase(followed);
+        }
+    }
+    for (const SdfLayerRefPtr& layer : used) {
+        if (_followed.count(layer) == 0) {
+            _followed[layer] = TfNotice::Register(TfCreateWeakPtr(this), &Usd_StageImpl::_OnLayersChanged,
+                                                  SdfLayerHandle(layer));
+        }
+    }
+}
+
+void Usd_StageImpl::_OnLayersChanged(const SdfNotice::LayersDidChangeSentPerLayer& notice)
+{
+    // Each changed layer sends the same list of changes.
+    if (notice.GetSerialNumber() == _lastSerialNumber) {
+        return;
+    }
+    _lastSerialNumber = notice.GetSerialNumber();
+    const UsdStageRefPtr keepAlive(stage);
+    Usd_ChangeProcessor(*this).Process(notice.GetChangeListVec());
+}
+
+std::string Usd_StageImpl::GetCanonicalIdentifier(const std::string& identifier) const
+{
+    const SdfLayerHandle layer = SdfLayer::FindRelativeToLayer(SdfLayerHandle(rootLayer), identifier);
+    if (layer) {
+        return layer->GetIdentifier();
+    }
+    return SdfLayer::IsAnonymousLayerIdentifier(identifier)
+               ? identifier
+               : SdfComputeAssetPathRelativeToLayer(SdfLayerHandle(rootLayer), identifier);
+}
+
+void Usd_StageImpl::WarnOnce(const std::string& text)
+{
+    if (_warnings.insert(text).second) {
+        TF_WARN("%s", text.c_str());
+    }
+}
+
+void Usd_StageImpl::WarnOfArc(const char* arc, const SdfPath& path, const SdfLayer& layer)
+{
+    if (!_hasWarnedOfArc) {
+        _hasWarnedOfArc = true;
+        TF_WARN("Prim <%s> in @%s@ has %s: composition arcs beyond sublayers are not read by this build, "
+                "here and "
+                "on other prims of the stage; what the prims say themselves is.",
+                path.GetText(), layer.GetIdentifier().c_str(), arc);
+    }
+}
+
+UsdPrim Usd_StageImpl::GetPrimOrProxy(const SdfPath& path) const
+{
+    return Usd_ObjectAccess::MakePrim(prims.Find(path));
+}
+
+UsdProperty Usd_ObjectAccess::MakeProperty(UsdObjType type, const UsdPrim& prim, const TfToken& name)
+{
+    return UsdProperty(type, prim._prim, prim._proxyPrimPath, name);
+}
+
+PXR_NAMESPACE_CLOSE_SCOPE

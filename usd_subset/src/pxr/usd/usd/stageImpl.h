@@ -1,0 +1,97 @@
+#pragma once
+
+#include "pxr/usd/usd/layerStack.h"
+#include "pxr/usd/usd/primTable.h"
+
+#include <pxr/base/tf/notice.h>
+#include <pxr/base/tf/weakBase.h>
+#include <pxr/pxr.h>
+#include <pxr/usd/sdf/layer.h>
+#include <pxr/usd/sdf/notice.h>
+#include <pxr/usd/usd/object.h>
+#include <pxr/usd/usd/prim.h>
+#include <pxr/usd/usd/stage.h>
+
+#include <map>
+#include <memory>
+#include <set>
+#include <string>
+#include <vector>
+
+PXR_NAMESPACE_OPEN_SCOPE
+
+/// Everything that a stage keeps. The classes that compose, resolve, edit and follow changes work on it.
+class Usd_StageImpl : public TfWeakBase
+{
+public:
+    Usd_StageImpl(UsdStage* owner, const SdfLayerRefPtr& root, const SdfLayerRefPtr& session,
+                  UsdStage::InitialLoadSet load);
+    ~Usd_StageImpl();
+
+    /// Opens a stage and composes all of it.
+    static UsdStageRefPtr Open(const SdfLayerRefPtr& root, const SdfLayerRefPtr& session,
+                               UsdStage::InitialLoadSet load);
+    static Usd_StageImpl& Of(const UsdStage& stage) { return *stage._impl; }
+
+    UsdStageWeakPtr GetStage() const { return UsdStageWeakPtr(stage); }
+
+    /// Makes the layer stack anew, and everything that stands on it.
+    void RebuildLayerStack();
+    /// Listens to the layers that the stage is composed of now.
+    void FollowLayers();
+    std::set<SdfLayerRefPtr> GetUsedLayers() const;
+
+    /// How a layer is named where layers are muted.
+    std::string GetCanonicalIdentifier(const std::string& identifier) const;
+
+    /// Posts a warning about composition, each text once in the stage's life.
+    void WarnOnce(const std::string& text);
+    /// Posts the warning about composition arcs that are not read; once in the stage's life.
+    void WarnOfArc(const char* arc, const SdfPath& path, const SdfLayer& layer);
+
+    /// The prim at a path, or the proxy of a prim inside an instance; invalid when there is none.
+    UsdPrim GetPrimOrProxy(const SdfPath& path) const;
+
+    UsdStage* const stage;
+    const SdfLayerRefPtr rootLayer;
+    const SdfLayerRefPtr sessionLayer;
+    Usd_LayerStackPtr layerStack;
+    Usd_PrimTable prims;
+    UsdEditTarget editTarget;
+    UsdStageLoadRules loadRules;
+    UsdInterpolationType interpolation = UsdInterpolationTypeLinear;
+    std::vector<std::string> mutedLayers; // sorted
+
+private:
+    void _OnLayersChanged(const SdfNotice::LayersDidChangeSentPerLayer& notice);
+
+    std::map<SdfLayerRefPtr, TfNotice::Key> _followed;
+    std::set<std::string> _warnings;
+    bool _hasWarnedOfArc = false;
+    size_t _lastSerialNumber = 0;
+};
+
+/// Makes objects from prim data and looks into them, for the classes of this library.
+class Usd_ObjectAccess
+{
+public:
+    static UsdPrim MakePrim(Usd_PrimDataConstPtr data) { return data ? UsdPrim(data, SdfPath()) : UsdPrim(); }
+    static UsdPrim MakePrim(Usd_PrimDataConstPtr data, const SdfPath& proxyPath)
+    {
+        return UsdPrim(data, proxyPath);
+    }
+    template <class PropertyType>
+    static PropertyType MakeProperty(const UsdPrim& prim, const TfToken& name)
+    {
+        return PropertyType(static_cast<UsdObjType>(Usd_ObjTypeOf<PropertyType>::value), prim._prim,
+                            prim._proxyPrimPath, name);
+    }
+    static UsdProperty MakeProperty(UsdObjType type, const UsdPrim& prim, const TfToken& name);
+    static const SdfPath& GetProxyPath(const UsdObject& object) { return object._proxyPrimPath; }
+    static Usd_PrimDataConstPtr GetData(const UsdObject& object) { return get_pointer(object._prim); }
+    static UsdObjType GetType(const UsdObject& object) { return object._type; }
+    static const TfToken& GetPropertyName(const UsdObject& object) { return object._propName; }
+    static Usd_StageImpl& GetImpl(const UsdObject& object) { return object._Impl(); }
+};
+
+PXR_NAMESPACE_CLOSE_SCOPE

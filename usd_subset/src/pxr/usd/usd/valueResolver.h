@@ -1,0 +1,49 @@
+#pragma once
+
+#include "pxr/usd/usd/primIndex.h"
+
+#include <pxr/base/gf/interval.h>
+#include <pxr/base/vt/value.h>
+#include <pxr/pxr.h>
+#include <pxr/usd/usd/attribute.h>
+#include <pxr/usd/usd/resolveInfo.h>
+
+#include <typeinfo>
+#include <vector>
+
+PXR_NAMESPACE_OPEN_SCOPE
+
+/// Finds where an attribute's value comes from, and the value.
+///
+/// Thread: any, while nobody edits the stage.
+class Usd_ValueResolver
+{
+public:
+    explicit Usd_ValueResolver(const UsdAttribute& attribute);
+
+    /// @param time null: for all numeric times
+    UsdResolveInfo Resolve(const UsdTimeCode* time) const;
+
+    /// @param type the type that the caller takes; null when any
+    bool Get(VtValue* value, UsdTimeCode time, const std::type_info* type) const;
+    bool Get(const UsdResolveInfo& info, VtValue* value, UsdTimeCode time, const std::type_info* type) const;
+
+    std::vector<double> GetTimeSamples(const UsdResolveInfo& info, const GfInterval& interval) const;
+    size_t GetNumTimeSamples(const UsdResolveInfo& info) const;
+    bool GetBracketingTimeSamples(const UsdResolveInfo& info, double time, double* lower, double* upper,
+                                  bool* hasSamples) const;
+    bool GetFallback(VtValue* value) const;
+
+private:
+    bool _GetSample(const UsdResolveInfo& info, VtValue* value, double time,
+                    const std::type_info* type) const;
+    bool _Between(const UsdResolveInfo& info, VtValue* value, double time, double lower, double upper,
+                  const std::type_info* type) const;
+    void _Localize(const UsdResolveInfo& info, VtValue* value) const;
+
+    const UsdAttribute& _attribute;
+    Usd_PrimDataConstPtr _prim;
+    const TfToken& _name;
+};
+
+PXR_NAMESPACE_CLOSE_SCOPE

@@ -1,0 +1,64 @@
+#include "pxr/usd/usd/variantOpinions.h"
+
+#include <pxr/usd/sdf/listOp.h>
+#include <pxr/usd/sdf/schema.h>
+#include <pxr/usd/sdf/types.h>
+
+#include <algorithm>
+
+PXR_NAMESPACE_OPEN_SCOPE
+
+std::vector<std::string> Usd_VariantOpinions::GetSetNames() const
+{
+    std::vector<std::string> names;
+    const std::vector<Usd_SpecSite>& sites = _index.GetSites();
+    for (auto site = sites.rbegin(); site != sites.rend(); ++site) {
+        SdfStringListOp edits;
+        if (site->layer->HasField(site->path, SdfFieldKeys->VariantSetNames, &edits)) {
+            edits.ApplyOperations(&names);
+        }
+    }
+    return names;
+}
+
+std::set<std::string> Usd_VariantOpinions::GetVariantNames(const std::string& setName) const
+{
+    std::set<std::string> names;
+    for (const Usd_SpecSite& site : _index.GetSites()) {
+        const SdfPath setPath = site.path.AppendVariantSelection(setName, std::string());
+        TfTokenVector variants;
+        if (site.layer->HasField(setPath, SdfChildrenKeys->VariantChildren, &variants)) {
+            names.insert(variants.begin(), variants.end());
+        }
+    }
+    return names;
+}
+
+bool Usd_VariantOpinions::GetAuthoredSelection(const std::string& setName, std::string* selection) const
+{
+    for (const Usd_SpecSite& site : _index.GetSites()) {
+        SdfVariantSelectionMap selections;
+        if (site.layer->HasField(site.path, SdfFieldKeys->VariantSelection, &selections)) {
+            const auto found = selections.find(setName);
+            if (found != selections.end()) {
+                *selection = found->second;
+                return true;
+            }
+        }
+    }
+    return false;
+}
+
+std::string Usd_VariantOpinions::GetSelection(const std::string& setName) const
+{
+    for (const Usd_SpecSite& site : _index.GetSites()) {
+        if (site.path.IsPrimVariantSelectionPath() && site.path.GetVariantSelection().first == setName) {
+            return site.path.GetVariantSelection().second;
+        }
+    }
+    std::string selection;
+    const bool isSelected = GetAuthoredSelection(setName, &selection);
+    return isSelected && GetVariantNames(setName).count(selection) ? selection : std::string();
+}
+
+PXR_NAMESPACE_CLOSE_SCOPE
