@@ -1,0 +1,37 @@
+#pragma once
+
+#include "vec3.h"
+
+#include <cstdint>
+
+namespace vesk::renderers::embree {
+
+/// Encodes a linear value for display (IEC 61966-2-1).
+inline float linearToSrgb(float v)
+{
+    if (!(v > 0.0f)) return 0.0f;
+    return v <= 0.0031308f ? 12.92f * v : 1.055f * std::pow(v, 1.0f / 2.4f) - 0.055f;
+}
+
+/// Decodes a display value (IEC 61966-2-1).
+inline float srgbToLinear(float v)
+{
+    if (!(v > 0.0f)) return 0.0f;
+    return v <= 0.04045f ? v / 12.92f : std::pow((v + 0.055f) / 1.055f, 2.4f);
+}
+
+/// Rounds a value from 0 to 1 to 8 bits; what is not a number becomes 0.
+inline std::uint8_t toByte(float v)
+{
+    if (!(v > 0.0f)) return 0;
+    return static_cast<std::uint8_t>(std::min(v, 1.0f) * 255.0f + 0.5f);
+}
+
+/// A display colour as the linear colour that is blended with the scene.
+/// \param corrected whether the picture is encoded for display at its end
+inline Vec3 displayToWorking(Vec3 c, bool corrected)
+{
+    return corrected ? Vec3(srgbToLinear(c.x), srgbToLinear(c.y), srgbToLinear(c.z)) : c;
+}
+
+} // namespace vesk::renderers::embree

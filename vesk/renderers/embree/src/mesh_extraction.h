@@ -1,0 +1,38 @@
+#pragma once
+
+#include "geometry.h"
+
+#include <pxr/usd/usd/prim.h>
+#include <pxr/usd/usd/timeCode.h>
+
+#include <string>
+
+namespace vesk::renderers::embree {
+
+/// What became of reading one prim's shape: a shape, nothing to draw, or a reason why it cannot be drawn.
+struct ShapeReading
+{
+    Geometry geometry;
+    bool drawable = false;
+    std::string problem; ///< a sentence's end ("has an index out of range"), empty where nothing is wrong
+};
+
+/// Reads a mesh: faces become fans of triangles, holes are left out, left-handed faces are turned.
+/// Bad input (points that are not finite, indices out of range, counts that do not sum) is a problem.
+ShapeReading readMesh(const PXR_NS::UsdPrim& prim, PXR_NS::UsdTimeCode time);
+
+/// Reads points as spheres.
+ShapeReading readPoints(const PXR_NS::UsdPrim& prim, PXR_NS::UsdTimeCode time);
+
+/// Reads curves as chains of round segments.
+ShapeReading readCurves(const PXR_NS::UsdPrim& prim, PXR_NS::UsdTimeCode time);
+
+/// Reads an implicit shape (Sphere, Cube, Cone, Cylinder, Capsule, Plane).
+ShapeReading readImplicitShape(const PXR_NS::UsdPrim& prim, PXR_NS::UsdTimeCode time);
+
+/// Reads the display colour and opacity of a prim into its shape; values that do not fit its counts are dropped.
+/// \param faces,points,corners counts of the authored shape
+void readDisplayPrimvars(const PXR_NS::UsdPrim& prim, PXR_NS::UsdTimeCode time, std::size_t faces,
+                         std::size_t points, std::size_t corners, Geometry& geometry);
+
+} // namespace vesk::renderers::embree

@@ -1,0 +1,52 @@
+#pragma once
+
+#include "film.h"
+#include "frame_settings.h"
+
+#include <pxr/base/tf/token.h>
+#include <vesk/framework/hydra_renderer/aov_buffer.h>
+
+#include <optional>
+#include <string>
+
+namespace vesk::renderers::embree {
+
+/// The render outputs of this renderer.
+enum class Output : std::uint8_t { Color, Depth, LinearDepth, Normal, EyeNormal, PrimId, InstanceId, ElementId };
+
+/// The output of a Hydra name (color, depth, linearDepth or cameraDepth, normal, Neye, primId, instanceId,
+/// elementId); nothing for another name.
+std::optional<Output> outputOf(const PXR_NS::TfToken& aov);
+
+/// The names of all outputs, for messages.
+std::string knownOutputs();
+
+/// Four floats: one pixel of an output as it is handed out.
+struct OutputPixel
+{
+    float channel[4] = {0.0f, 0.0f, 0.0f, 1.0f};
+};
+
+/// One pixel of an output. Colour is encoded for display where colour correction is on, blended over the clear
+/// colour, and not multiplied by its opacity. Where nothing is hit, depth is 1, linear depth infinite, normals are
+/// 0 and ids -1.
+OutputPixel readPixel(const Film& film, const FrameSettings& settings, Output output, std::size_t pixel);
+
+/// One pixel of the colour before it is encoded for display, multiplied by its opacity.
+OutputPixel readWorkingColor(const Film& film, const FrameSettings& settings, std::size_t pixel);
+
+/// How many channels of an `OutputPixel` an output has.
+int channelsOf(Output output);
+
+/// Reads a whole output back: colour as 8 bits RGBA, ids as integers, the others as floats.
+vesk::framework::hydra_renderer::AovBuffer readBuffer(const Film& film, const FrameSettings& settings,
+                                                      Output output);
+
+/// Draws the outlines of selected and highlighted prims into a film that holds what lies at its pixels.
+/// \param marks one entry an item of the scene: 0 none, 1 selected, 2 highlighted
+void drawOutlines(Film& film, const FrameSettings& settings, const std::vector<std::uint8_t>& marks);
+
+/// Replaces a film's colours by the debug picture of what lies at its pixels.
+void drawDebug(Film& film, const FrameSettings& settings);
+
+} // namespace vesk::renderers::embree

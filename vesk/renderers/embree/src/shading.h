@@ -1,0 +1,63 @@
+#pragma once
+
+#include "surface.h"
+
+#include "sampling.h"
+
+#include <vector>
+
+namespace vesk::renderers::embree {
+
+struct FrameView;
+struct ViewRay;
+
+/// A hit on its way to a colour.
+struct ShadedPoint
+{
+    SurfaceHit hit;
+    SurfacePoint surface;
+    Vec3 viewDirection;
+    std::uint32_t seed = 0;
+    Vec3 color;
+    float alpha = 1.0f; ///< how much of what lies behind is hidden
+};
+
+/// Gives the hits of one wave of samples their colours: the material under the frame's lights, with shadows and
+/// with the dome's light dimmed where the surroundings are close.
+class Shader
+{
+public:
+    Shader(const FrameView& view, int sample);
+
+    /// Works out the surface at a hit and how much it hides in the frame's draw mode.
+    ShadedPoint prepare(const SurfaceHit& hit, const ViewRay& ray, std::uint32_t seed) const;
+
+    /// Sets the colours of all points.
+    void shade(std::vector<ShadedPoint>& points);
+
+    /// A step that leaves the surface at a hit distance.
+    float offsetAt(float t) const;
+
+private:
+    void _addUnshadowed(ShadedPoint& point) const;
+    void _queueDome(const ShadedPoint& point, std::size_t index);
+    void _queueLights(const ShadedPoint& point, std::size_t index);
+    void _queue(Vec3 from, Vec3 direction, float distance, std::size_t index, Vec3 lit, Vec3 blocked);
+    void _resolve(std::vector<ShadedPoint>& points);
+    float _lineAlpha(const ShadedPoint& point, const ViewRay& ray) const;
+
+    /// What a blocked or free ray adds to a point.
+    struct Contribution
+    {
+        std::size_t point;
+        Vec3 lit;
+        Vec3 blocked;
+    };
+
+    const FrameView& m_view;
+    int m_sample;
+    std::vector<RTCRay> m_rays;
+    std::vector<Contribution> m_contributions;
+};
+
+} // namespace vesk::renderers::embree
