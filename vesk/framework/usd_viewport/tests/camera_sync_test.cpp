@@ -1,0 +1,455 @@
+#include "viewport_fixture.h"
+
+#include <pxr/base/gf/matrix4f.h>
+#include <pxr/base/gf/rotation.h>
+
+#include <cfloat>
+#include <cmath>
+#include <system_error>
+
+namespace vesk::framework::usd_viewport::tests {
+namespace {
+
+class CameraSyncTest : public ViewportTest
+{
+protected:
+    void SetUp() override
+    {
+        ViewportTest::SetUp();
+        forget();
+    }
+
+    void set(double z, const std::string& label = "label")
+    {
+        model->setGfCamera(cameraAt(GfVec3d(0, 0, z)), label);
+    }
+    double writtenZ() const { return row(stageCamera("/Cam"), 3)[2]; }
+
+    /// A valid focus distance: no check of it changes these cameras.
+    static GfCamera focusedAt(double z)
+    {
+        GfCamera camera = cameraAt(GfVec3d(0, 0, z));
+        camera.SetFocusDistance(5.0f);
+        return camera;
+    }
+
+    void destroyDocument()
+    {
+        watched.document->getEventBus()->unsubscribeListener(watched.listener);
+        watched.document.reset();
+    }
+};
+
+TEST_F(CameraSyncTest, AFreeCameraReachesTheRendererAndIsAnnounced)
+{
+    set(7);
+    EXPECT_EQ(timeline, (std::vector<std::string>{"renderer setCamera", "A camera event"}));
+    EXPECT_EQ(renderer->lastCamera(), cameraAt(GfVec3d(0, 0, 7)));
+    EXPECT_EQ(model->getGfCamera(), cameraAt(GfVec3d(0, 0, 7)));
+    EXPECT_TRUE(watched.tasks.empty());
+}
+
+TEST_F(CameraSyncTest, AnEqualCameraIsSentAgain)
+{
+    set(7);
+    set(7);
+    EXPECT_EQ(renderer->take().size(), 2u);
+    EXPECT_EQ(watched.takeCameraEvents(), 2u);
+}
+
+TEST_F(CameraSyncTest, TheFocusIsCheckedAgainstTheBoundsBeforeAnybodyIsTold)
+{
+    cacheBounds();
+    set(7);
+    EXPECT_EQ(model->getGfCamera().GetFocusDistance(), 7.0f);
+    EXPECT_EQ(renderer->lastCamera().GetFocusDistance(), 7.0f);
+}
+
+TEST_F(CameraSyncTest, TheClippingRangeIsTheHosts)
+{
+    cacheBounds();
+    GfCamera camera = cameraAt(GfVec3d(0, 0, 7));
+    camera.SetClippingRange(GfRange1f(0.25f, 9.0f));
+    model->setGfCamera(camera, "");
+    EXPECT_EQ(model->getGfCamera().GetClippingRange(), GfRange1f(0.25f, 9.0f));
+}
+
+TEST_F(CameraSyncTest, TheCopyIsACopy)
+{
+    const GfCamera copy = model->getViewportCamera();
+    const GfCamera* const address = &model->getGfCamera();
+    set(7);
+    EXPECT_EQ(copy, GfCamera());
+    EXPECT_EQ(&model->getGfCamera(), address);
+}
+
+TEST_F(CameraSyncTest, WithoutADocumentOnlyTheRendererIsTold)
+{
+    destroyDocument();
+    set(7);
+    EXPECT_EQ(renderer->take(), std::vector<std::string>{"setCamera camera"});
+}
+
+TEST_F(CameraSyncTest, SetViewportCameraIgnoresAnEqualCamera)
+{
+    model->beginCameraInteraction();
+    model->setViewportCamera(watched.stage, model->getViewportCamera());
+    model->endCameraInteraction();
+    expectSilence();
+}
+
+TEST_F(CameraSyncTest, SetViewportCameraTakesAnyDifference)
+{
+    const std::function<void(GfCamera&)> changes[] = {
+        [](GfCamera& camera) { camera.SetClippingRange(GfRange1f(2, 3)); },
+        [](GfCamera& camera) { camera.SetClippingPlanes({GfVec4f(1)}); },
+        [](GfCamera& camera) { camera.SetFStop(2.0f); },
+        [](GfCamera& camera) { camera.SetHorizontalApertureOffset(1.0f); },
+        [](GfCamera& camera) { camera.SetFocusDistance(9.0f); }};
+    for (const auto& change : changes) {
+        GfCamera camera = model->getViewportCamera();
+        change(camera);
+        model->setViewportCamera(watched.stage, camera);
+        EXPECT_EQ(renderer->take(), std::vector<std::string>{"setCamera camera"});
+    }
+    EXPECT_TRUE(watched.tasks.empty());
+}
+
+TEST_F(CameraSyncTest, SetViewportCameraTakesANaNAgainAndAgain)
+{
+    GfCamera broken;
+    broken.SetTransform(GfMatrix4d(std::nan("")));
+    model->setViewportCamera(watched.stage, broken);
+    model->setViewportCamera(watched.stage, broken);
+    EXPECT_EQ(renderer->take().size(), 2u);
+}
+
+TEST_F(CameraSyncTest, AFollowedCameraIsWrittenAtOnceOntoAGivenStage)
+{
+    follow("/Cam");
+    model->setViewportCamera(watched.stage, focusedAt(9));
+    EXPECT_EQ(writtenZ(), 9.0);
+    EXPECT_EQ(labelsOf(watched.takeTasks()), std::vector<std::string>());
+    EXPECT_EQ(watched.takeCameraEvents(), 1u);
+    EXPECT_TRUE(renderer->take().empty());
+    run();
+}
+
+TEST_F(CameraSyncTest, ADirectWriteInsideAnInteractionLeavesNoWritePending)
+{
+    follow("/Cam");
+    model->beginCameraInteraction();
+    model->setViewportCamera(watched.stage, focusedAt(9));
+    EXPECT_EQ(writtenZ(), 9.0);
+    EXPECT_EQ(watched.takeCameraEvents(), 0u);
+    set(10);
+    EXPECT_EQ(watched.takeTasks().size(), 1u);
+    model->endCameraInteraction();
+    run();
+}
+
+TEST_F(CameraSyncTest, AnExpiredOrEmptyStageIsNoStage)
+{
+    follow("/Cam");
+    UsdStagePtr expired;
+    {
+        const UsdStageRefPtr stage = stageFrom(kScene);
+        expired = stage;
+    }
+    model->setViewportCamera(expired, focusedAt(9));
+    model->setViewportCamera(UsdStagePtr(), focusedAt(10));
+    const std::string& label = ViewportModel::m_cameraUpdateUndoLabel;
+    EXPECT_EQ(labelsOf(watched.takeTasks()), (std::vector<std::string>{label, label}));
+}
+
+TEST_F(CameraSyncTest, AFollowedCameraIsWrittenByATask)
+{
+    follow("/Cam");
+    model->setEditTarget(UsdEditTarget(watched.stage->GetRootLayer()));
+    set(9, "my edit");
+    ASSERT_EQ(watched.tasks.size(), 1u);
+    EXPECT_EQ(watched.tasks[0].type, usd_document::TaskType::Edit);
+    EXPECT_EQ(watched.tasks[0].label, "my edit");
+    EXPECT_EQ(std::get<UsdEditTarget>(watched.tasks[0].editTarget), model->getEditTarget());
+    EXPECT_EQ(watched.tasks[0].stage, UsdStagePtr(watched.stage));
+    EXPECT_EQ(watched.takeCameraEvents(), 0u);
+    EXPECT_TRUE(renderer->take().empty());
+    EXPECT_EQ(writtenZ(), 20.0);
+    run();
+    EXPECT_EQ(writtenZ(), 9.0);
+    EXPECT_GE(watched.takeCameraEvents(), 1u);
+}
+
+TEST_F(CameraSyncTest, AnEmptyLabelBecomesCameraUpdate)
+{
+    follow("/Cam");
+    set(9, "");
+    EXPECT_EQ(labelsOf(watched.tasks), std::vector<std::string>{"camera update"});
+}
+
+TEST_F(CameraSyncTest, OutsideAnInteractionEveryChangeQueuesAWriteOfTheNewestCamera)
+{
+    follow("/Cam");
+    set(9);
+    set(10);
+    set(11);
+    EXPECT_EQ(watched.takeTasks().size(), 3u);
+    watched.document->runNextTask();
+    EXPECT_EQ(writtenZ(), 11.0);
+    watched.document->runNextTask();
+    watched.document->runNextTask();
+    EXPECT_EQ(writtenZ(), 11.0);
+}
+
+TEST_F(CameraSyncTest, InsideAnInteractionOneWriteCarriesTheNewestCamera)
+{
+    follow("/Cam");
+    model->beginCameraInteraction();
+    set(9, "first");
+    set(10, "second");
+    set(11, "third");
+    EXPECT_EQ(labelsOf(watched.takeTasks()), std::vector<std::string>{"first"});
+    watched.document->runPendingTasks();
+    EXPECT_EQ(writtenZ(), 11.0);
+    EXPECT_EQ(watched.takeCameraEvents(), 0u);
+    model->endCameraInteraction();
+    EXPECT_EQ(watched.takeCameraEvents(), 1u);
+}
+
+TEST_F(CameraSyncTest, AfterAWriteInsideAnInteractionTheNextChangeQueuesAnother)
+{
+    follow("/Cam");
+    model->beginCameraInteraction();
+    set(9);
+    watched.document->runPendingTasks();
+    EXPECT_EQ(writtenZ(), 9.0);
+    set(10);
+    watched.document->runPendingTasks();
+    EXPECT_EQ(writtenZ(), 10.0);
+    EXPECT_EQ(watched.takeTasks().size(), 2u);
+    model->endCameraInteraction();
+}
+
+TEST_F(CameraSyncTest, APendingWriteTakesOverWhatComesAfterTheInteraction)
+{
+    follow("/Cam");
+    model->beginCameraInteraction();
+    set(9);
+    model->endCameraInteraction();
+    set(10);
+    EXPECT_EQ(watched.takeTasks().size(), 1u);
+    watched.document->runNextTask();
+    EXPECT_EQ(writtenZ(), 10.0);
+}
+
+TEST_F(CameraSyncTest, APendingWriteTakesOverADirectWrite)
+{
+    follow("/Cam");
+    model->beginCameraInteraction();
+    set(9);
+    model->setViewportCamera(watched.stage, focusedAt(12));
+    EXPECT_EQ(writtenZ(), 20.0);
+    watched.document->runNextTask();
+    EXPECT_EQ(writtenZ(), 12.0);
+    model->endCameraInteraction();
+}
+
+TEST_F(CameraSyncTest, TheWriteGoesToThePathOfItsPosting)
+{
+    follow("/Cam");
+    model->setActiveCameraPath("/Rig/Cam");
+    set(9);
+    run();
+    EXPECT_EQ(model->activeCameraPath(), "/Rig/Cam");
+    EXPECT_EQ(writtenZ(), 9.0);
+}
+
+TEST_F(CameraSyncTest, AFailingWriteEndsSilentlyAndTheNextOneIsQueued)
+{
+    follow("/Cam");
+    model->beginCameraInteraction();
+    watched.withoutStage = true;
+    set(9);
+    watched.document->runPendingTasks();
+    watched.withoutStage = false;
+    EXPECT_EQ(watched.takeCameraEvents(), 0u);
+    set(10);
+    EXPECT_EQ(watched.takeTasks().size(), 2u);
+    model->endCameraInteraction();
+}
+
+TEST_F(CameraSyncTest, ADroppedWriteOfAnInteractionStaysPendingForEver)
+{
+    follow("/Cam");
+    model->beginCameraInteraction();
+    set(9);
+    watched.document->dropPendingTasks();
+    model->endCameraInteraction();
+    watched.takeTasks();
+    set(10);
+    EXPECT_TRUE(watched.takeTasks().empty());
+}
+
+TEST_F(CameraSyncTest, ADocumentThatIsGoneSwallowsTheWrite)
+{
+    follow("/Cam");
+    destroyDocument();
+    set(9);
+    EXPECT_TRUE(renderer->take().empty());
+    EXPECT_EQ(row(model->getGfCamera(), 3)[2], 9.0);
+}
+
+TEST_F(CameraSyncTest, AWriteMayFindAnotherThreadHandingOnACamera)
+{
+    follow("/Cam");
+    set(9);
+    bool handedOn = false;
+    const std::uint32_t other =
+        watched.document->getEventBus()->subscribeListener([&](const std::any& event) {
+            if (handedOn || !std::any_cast<ViewportCameraChangedEvent>(&event)) return;
+            handedOn = true;
+            std::thread([this] { set(10); }).join();
+        });
+    watched.document->runNextTask();
+    watched.document->getEventBus()->unsubscribeListener(other);
+    EXPECT_TRUE(handedOn);
+}
+
+TEST_F(CameraSyncTest, AListenerThatChangesADirectlyWrittenCameraIsToldSo)
+{
+    follow("/Cam");
+    std::error_code code;
+    const std::uint32_t other =
+        watched.document->getEventBus()->subscribeListener([&](const std::any& event) {
+            if (!std::any_cast<ViewportCameraChangedEvent>(&event)) return;
+            try {
+                set(10);
+            } catch (const std::system_error& error) {
+                code = error.code();
+            }
+        });
+    model->setViewportCamera(watched.stage, focusedAt(9));
+    watched.document->getEventBus()->unsubscribeListener(other);
+    EXPECT_EQ(code, std::make_error_code(std::errc::resource_deadlock_would_occur));
+}
+
+TEST_F(CameraSyncTest, ARecomputationWhileFollowingWritesTheRefittedCamera)
+{
+    follow("/Cam");
+    model->recomputeCachedSceneBounds();
+    watched.document->runNextTask();
+    vesk::base::ThreadPool::defaultPool().waitUntilIdle();
+    EXPECT_EQ(labelsOf(watched.tasks), (std::vector<std::string>{"computeBBox", "camera update"}));
+    EXPECT_EQ(watched.tasks.back().type, usd_document::TaskType::Edit);
+    EXPECT_TRUE(renderer->take().empty());
+}
+
+TEST_F(CameraSyncTest, AdjustingFitsACopyAndChangesNothing)
+{
+    cacheBounds();
+    model->setDistanceToCenter(10.0f);
+    const GfCamera before = model->getGfCamera();
+    GfCamera camera = cameraAt(GfVec3d(0, 0, 10));
+    camera.SetHorizontalAperture(5.0f);
+    const float fieldOfView = camera.GetFieldOfView(GfCamera::FOVVertical);
+    const GfCamera adjusted = model->adjustGfCamera(camera);
+    EXPECT_EQ(adjusted.GetHorizontalAperture(), 20.955f);
+    EXPECT_FLOAT_EQ(adjusted.GetVerticalAperture(), 20.955f / 2.0f);
+    EXPECT_NEAR(adjusted.GetFieldOfView(GfCamera::FOVVertical), fieldOfView, 1e-4f);
+    EXPECT_GT(adjusted.GetClippingRange().GetMin(), 5.0f);
+    EXPECT_EQ(model->getGfCamera(), before);
+    expectSilence();
+}
+
+TEST_F(CameraSyncTest, AdjustingAnOrthographicCameraShowsTheDistance)
+{
+    model->setDistanceToCenter(10.0f);
+    GfCamera camera;
+    camera.SetProjection(GfCamera::Orthographic);
+    const GfCamera adjusted = model->adjustGfCamera(camera);
+    EXPECT_FLOAT_EQ(adjusted.GetVerticalAperture(), 100.0f);
+    EXPECT_FLOAT_EQ(adjusted.GetHorizontalAperture(), 200.0f);
+}
+
+TEST_F(CameraSyncTest, AdjustingWithoutHeightTakesASquare)
+{
+    for (const int height : {0, -5}) {
+        const int size[2] = {640, height};
+        model->setRenderSize(size, 1.0f);
+        const GfCamera adjusted = model->adjustGfCamera(GfCamera());
+        EXPECT_EQ(adjusted.GetHorizontalAperture(), adjusted.GetVerticalAperture());
+    }
+}
+
+TEST_F(CameraSyncTest, TheViewMatrixIsTheInverseOfTheTransform)
+{
+    model->setGfCamera(cameraAt(GfVec3d(1, 2, 3)), "");
+    EXPECT_EQ(model->getViewMatrix(), GfMatrix4f(1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0, -1, -2, -3, 1));
+}
+
+TEST_F(CameraSyncTest, TheViewMatrixOfASingularCameraIsHuge)
+{
+    GfCamera camera;
+    camera.SetTransform(GfMatrix4d(0.0));
+    model->setGfCamera(camera, "");
+    GfMatrix4f expected(0.0f);
+    expected.SetDiagonal(GfVec4f(FLT_MAX, FLT_MAX, FLT_MAX, 1.0f));
+    EXPECT_EQ(model->getViewMatrix(), expected);
+}
+
+TEST_F(CameraSyncTest, TheUpAxisIsAPlainValue)
+{
+    model->setZUp(true);
+    EXPECT_TRUE(model->zUp());
+    expectSilence();
+}
+
+TEST(RackFocus, KeepsTheSubjectsPlaceAndSize)
+{
+    GfCamera camera = cameraAt(GfVec3d(0, 0, 10));
+    camera.SetFocusDistance(10.0f);
+    camera.SetClippingRange(GfRange1f(0.5f, 99.0f));
+    const float before = camera.GetFieldOfView(GfCamera::FOVVertical);
+    const float aspect = camera.GetAspectRatio();
+    setRackFocus(camera, 100.0f);
+    // The field of view of a lens of 100 mm over the default height of 15.2908 mm.
+    EXPECT_NEAR(camera.GetFieldOfView(GfCamera::FOVVertical), 2.0 * std::atan(15.2908 / 200.0) * 180.0 / M_PI,
+                1e-4);
+    const auto heightAtFocus = [](float degrees, float distance) {
+        return std::tan(degrees * M_PI / 360.0) * distance;
+    };
+    EXPECT_NEAR(heightAtFocus(camera.GetFieldOfView(GfCamera::FOVVertical), camera.GetFocusDistance()),
+                heightAtFocus(before, 10.0f), 1e-4);
+    // What was in focus lies where it lay: at the origin.
+    EXPECT_NEAR(row(camera, 3)[2] - camera.GetFocusDistance(), 0.0, 1e-5);
+    EXPECT_FLOAT_EQ(camera.GetAspectRatio(), aspect);
+    EXPECT_EQ(camera.GetHorizontalAperture(), 20.955f);
+    EXPECT_EQ(camera.GetClippingRange(), GfRange1f(0.5f, 99.0f));
+}
+
+TEST(RackFocus, AtFocusDistanceZeroStaysInPlace)
+{
+    GfCamera camera = cameraAt(GfVec3d(1, 2, 3));
+    setRackFocus(camera, 100.0f);
+    EXPECT_EQ(row(camera, 3), GfVec3d(1, 2, 3));
+    EXPECT_EQ(camera.GetFocusDistance(), 0.0f);
+    EXPECT_NE(camera.GetFocalLength(), 50.0f);
+}
+
+TEST(RackFocus, MakesAnOrthographicCameraPerspective)
+{
+    GfCamera camera = cameraAt(GfVec3d(0, 0, 10));
+    camera.SetOrthographicFromAspectRatioAndSize(2.0f, 4.0f, GfCamera::FOVVertical);
+    camera.SetFocusDistance(10.0f);
+    ViewportModel::setDefaultVerticalFieldOfView(90.0f);
+    setRackFocus(camera, 50.0f);
+    ViewportModel::setDefaultVerticalFieldOfView(45.0f);
+    EXPECT_EQ(camera.GetProjection(), GfCamera::Perspective);
+    EXPECT_FLOAT_EQ(camera.GetAspectRatio(), 2.0f);
+    // Half the height at the focus plane was 10 * tan(45 degrees) = 10; the new lens shows that at 10 /
+    // tan(half).
+    EXPECT_NEAR(camera.GetFocusDistance(), 10.0 / (15.2908 / 100.0), 1e-2);
+}
+
+} // namespace
+} // namespace vesk::framework::usd_viewport::tests

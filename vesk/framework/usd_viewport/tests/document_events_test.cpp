@@ -1,0 +1,322 @@
+#include "viewport_fixture.h"
+
+#include <tests/support/gate.h>
+
+#include <cmath>
+#include <future>
+#include <limits>
+
+namespace vesk::framework::usd_viewport::tests {
+namespace {
+
+class DocumentEventsTest : public ViewportTest
+{
+protected:
+    void send(const std::any& event) { watched.document->getEventBus()->sendEvent(event); }
+
+    /// A change that names one path in one of its four collections.
+    static StageChangesEvent naming(const std::string& path, int collection)
+    {
+        StageChangesEvent event;
+        if (collection == 1) event.resyncedPrimPaths.insert(SdfPath(path));
+        if (collection == 2) event.changedPropertyPaths.push_back(SdfPath(path));
+        if (collection == 3) event.infoChangedPrimPaths.insert(SdfPath(path));
+        if (collection == 4) event.resyncedPropertyPaths.push_back(SdfPath(path));
+        return event;
+    }
+
+    std::size_t copiesAfter(const std::any& event)
+    {
+        send(event);
+        return watched.takeTasks().size();
+    }
+};
+
+TEST_F(DocumentEventsTest, OtherEventsAreIgnored)
+{
+    follow("/Cam");
+    send(std::any(5));
+    send(std::any(std::string("StageChangesEvent")));
+    send(std::any());
+    EXPECT_TRUE(watched.tasks.empty());
+    EXPECT_TRUE(renderer->calls.empty());
+}
+
+TEST_F(DocumentEventsTest, WithoutAFollowedCameraChangesAreIgnored)
+{
+    for (int collection = 1; collection <= 4; ++collection)
+        EXPECT_EQ(copiesAfter(naming("/Cam", collection)), 0u);
+}
+
+TEST_F(DocumentEventsTest, TheFollowedCameraIsFoundInEveryCollection)
+{
+    follow("/Cam");
+    for (int collection = 1; collection <= 4; ++collection)
+        EXPECT_EQ(copiesAfter(naming("/Cam", collection)), 1u) << collection;
+}
+
+TEST_F(DocumentEventsTest, ItsPropertiesCountOnlyAmongProperties)
+{
+    follow("/Cam");
+    EXPECT_EQ(copiesAfter(naming("/Cam.xformOp:transform", 1)), 0u);
+    EXPECT_EQ(copiesAfter(naming("/Cam.xformOp:transform", 2)), 1u);
+    EXPECT_EQ(copiesAfter(naming("/Cam.xformOp:transform", 3)), 0u);
+    EXPECT_EQ(copiesAfter(naming("/Cam.xformOp:transform", 4)), 1u);
+}
+
+TEST_F(DocumentEventsTest, ParentsChildrenAndNamesakesAreNoHit)
+{
+    follow("/Rig/Cam");
+    for (const char* path : {"/Rig", "/", "/Rig/Cam/Child", "/Rig/Cam2", "/Rig/Ca", "/Cam"}) {
+        for (int collection = 1; collection <= 4; ++collection)
+            EXPECT_EQ(copiesAfter(naming(path, collection)), 0u) << path << " " << collection;
+    }
+    EXPECT_EQ(copiesAfter(naming("/Rig/Cam/Child.size", 2)), 0u);
+}
+
+TEST_F(DocumentEventsTest, SeveralHitsAreOneCopy)
+{
+    follow("/Cam");
+    StageChangesEvent event = naming("/Cam", 1);
+    event.infoChangedPrimPaths.insert(SdfPath("/Cam"));
+    event.changedPropertyPaths = {SdfPath("/Cam.focalLength"), SdfPath("/Cam.fStop")};
+    EXPECT_EQ(copiesAfter(event), 1u);
+}
+
+TEST_F(DocumentEventsTest, AHitBehindManyMissesIsFound)
+{
+    follow("/Cam");
+    StageChangesEvent event;
+    event.resyncedPropertyPaths.assign(1000, SdfPath("/Box.size"));
+    event.resyncedPropertyPaths.push_back(SdfPath("/Cam.focalLength"));
+    EXPECT_EQ(copiesAfter(event), 1u);
+}
+
+TEST_F(DocumentEventsTest, AnEmptyChangeIsNoHit)
+{
+    follow("/Cam");
+    EXPECT_EQ(copiesAfter(StageChangesEvent()), 0u);
+}
+
+TEST_F(DocumentEventsTest, AHitQueuesACopyOfTheCamera)
+{
+    follow("/Cam");
+    const UsdEditTarget target(watched.stage->GetSessionLayer());
+    model->setEditTarget(target);
+    send(naming("/Cam.focalLength", 2));
+    ASSERT_EQ(watched.tasks.size(), 1u);
+    EXPECT_EQ(watched.tasks[0].type, usd_document::TaskType::Edit);
+    EXPECT_EQ(watched.tasks[0].label, ViewportModel::m_cameraCopyFromPathUndoLabel);
+    EXPECT_EQ(std::get<UsdEditTarget>(watched.tasks[0].editTarget), target);
+}
+
+TEST_F(DocumentEventsTest, TheCopyKeepsTheDistanceToThePivot)
+{
+    follow("/Cam");
+    model->setDistanceToCenter(77.0f);
+    watched.document->edit("edit", [](const UsdDocument::ExecContext& context) {
+        UsdGeomCamera(context.stage()->GetPrimAtPath(SdfPath("/Cam"))).GetFocalLengthAttr().Set(90.0f);
+    });
+    run();
+    EXPECT_EQ(model->getGfCamera().GetFocalLength(), 90.0f);
+    EXPECT_EQ(model->distanceToCenter(), 77.0f);
+}
+
+TEST_F(DocumentEventsTest, AnEditOfTheFollowedCameraSettles)
+{
+    follow("/Rig/Cam");
+    watched.document->edit("edit", [](const UsdDocument::ExecContext& context) {
+        UsdGeomCamera(context.stage()->GetPrimAtPath(SdfPath("/Rig/Cam"))).GetFocalLengthAttr().Set(90.0f);
+    });
+    run();
+    const std::vector<std::string> labels = labelsOf(watched.takeTasks());
+    // The edit, the copy, and at most one more copy after the camera was written back with its focus
+    // repaired.
+    EXPECT_LE(labels.size(), 3u);
+    EXPECT_EQ(watched.document->pendingTaskCount(), 0u);
+}
+
+TEST_F(DocumentEventsTest, TwoHitsBeforeTheQueueRunsAreTwoCopies)
+{
+    follow("/Cam");
+    send(naming("/Cam", 1));
+    send(naming("/Cam", 1));
+    EXPECT_EQ(watched.tasks.size(), 2u);
+}
+
+TEST_F(DocumentEventsTest, DuringAnInteractionChangesAreIgnoredForGood)
+{
+    follow("/Cam");
+    const GfCamera before = model->getGfCamera();
+    model->beginCameraInteraction();
+    send(naming("/Cam", 1));
+    model->endCameraInteraction();
+    EXPECT_TRUE(watched.tasks.empty());
+    EXPECT_EQ(model->getGfCamera(), before);
+}
+
+TEST_F(DocumentEventsTest, AFailingCopyStaysInItsTask)
+{
+    follow("/Cam");
+    watched.document->edit("edit", [](const UsdDocument::ExecContext& context) {
+        context.stage()->RemovePrim(SdfPath("/Cam"));
+    });
+    run();
+    EXPECT_EQ(log.takeTexts(),
+              std::vector<std::string>{
+                  "Camera path /Cam for copying to viewport camera is not a valid UsdGeomCamera"});
+}
+
+TEST_F(DocumentEventsTest, AnEventFromAnotherThreadIsTheSame)
+{
+    follow("/Cam");
+    std::thread([this] { send(naming("/Cam", 1)); }).join();
+    EXPECT_EQ(watched.tasks.size(), 1u);
+}
+
+TEST_F(DocumentEventsTest, AnEditTargetIsKeptAndCopiedIntoEachTask)
+{
+    const UsdEditTarget first(watched.stage->GetRootLayer());
+    const UsdEditTarget second(watched.stage->GetSessionLayer());
+    const UsdEditTarget* const address = &model->getEditTarget();
+    model->setEditTarget(first);
+    model->checkCameraUpAxis();
+    model->setEditTarget(second);
+    model->checkCameraUpAxis();
+    EXPECT_EQ(&model->getEditTarget(), address);
+    EXPECT_EQ(model->getEditTarget(), second);
+    EXPECT_EQ(std::get<UsdEditTarget>(watched.tasks[0].editTarget), first);
+    EXPECT_EQ(std::get<UsdEditTarget>(watched.tasks[1].editTarget), second);
+    EXPECT_TRUE(watched.cameraEvents.empty());
+}
+
+TEST_F(DocumentEventsTest, TheTimeAlreadyShownChangesNothing)
+{
+    forget();
+    model->setCurrentTime(0.0);
+    model->setCurrentTime(-0.0);
+    expectSilence();
+}
+
+TEST_F(DocumentEventsTest, ANewTimeReachesTheRendererAndThenTheBounds)
+{
+    forget();
+    double duringCall = 0.0;
+    renderer->onCall = [&](const std::string&) { duringCall = model->currentTime(); };
+    model->setCurrentTime(5.0);
+    renderer->onCall = nullptr;
+    EXPECT_EQ(duringCall, 5.0);
+    EXPECT_EQ(renderer->calls, std::vector<std::string>{"setCurrentTime 5"});
+    EXPECT_EQ(timeline, (std::vector<std::string>{"renderer setCurrentTime", "A task computeBBox"}));
+}
+
+TEST_F(DocumentEventsTest, TheNextNumberIsAnotherTime)
+{
+    model->setCurrentTime(std::nextafter(0.0, 1.0));
+    EXPECT_EQ(watched.tasks.size(), 1u);
+}
+
+TEST_F(DocumentEventsTest, ANaNTimeIsAlwaysAnother)
+{
+    forget();
+    model->setCurrentTime(std::nan(""));
+    model->setCurrentTime(std::nan(""));
+    EXPECT_EQ(renderer->take().size(), 2u);
+    EXPECT_EQ(watched.takeTasks().size(), 2u);
+}
+
+TEST_F(DocumentEventsTest, ATimeWithoutADocumentIsKeptAndReportedOnce)
+{
+    watched.document->getEventBus()->unsubscribeListener(watched.listener);
+    watched.document.reset();
+    renderer->take();
+    model->setCurrentTime(5.0);
+    EXPECT_EQ(model->currentTime(), 5.0);
+    EXPECT_EQ(renderer->take(), std::vector<std::string>{"setCurrentTime 5"});
+    EXPECT_EQ(log.takeTexts(), std::vector<std::string>{"Getting scene bounds without valid document"});
+}
+
+/// Threads that wait for a frame. Whether a thread has begun to wait cannot be seen from outside: frames are
+/// sent until it has come back.
+class FrameWaitingTest : public DocumentEventsTest
+{
+protected:
+    template <class Waiter>
+    void sendFramesUntilDone(Waiter& waiter)
+    {
+        while (waiter.wait_for(std::chrono::milliseconds(1)) != std::future_status::ready)
+            send(FrameRenderedEvent());
+    }
+};
+
+TEST_F(FrameWaitingTest, AFrameReleasesTheWaiter)
+{
+    auto waiter = std::async(std::launch::async, [this] { model->waitForFrameRendered(); });
+    sendFramesUntilDone(waiter);
+    waiter.get();
+}
+
+TEST_F(FrameWaitingTest, AFrameBeforeTheWaitIsNotRemembered)
+{
+    send(FrameRenderedEvent());
+    auto waiter = std::async(std::launch::async, [this] { model->waitForFrameRendered(); });
+    EXPECT_EQ(waiter.wait_for(std::chrono::milliseconds(50)), std::future_status::timeout);
+    sendFramesUntilDone(waiter);
+}
+
+TEST_F(FrameWaitingTest, EachWaitNeedsAFrameOfItsOwn)
+{
+    vesk::tests::Gate firstDone;
+    auto waiter = std::async(std::launch::async, [&] {
+        model->waitForFrameRendered();
+        firstDone.open();
+        model->waitForFrameRendered();
+    });
+    auto first = std::async(std::launch::async, [&] { firstDone.wait(); });
+    sendFramesUntilDone(first);
+    sendFramesUntilDone(waiter);
+}
+
+TEST_F(FrameWaitingTest, ManyWaitersAllComeBack)
+{
+    std::vector<std::future<void>> waiters;
+    for (int count = 0; count < 8; ++count)
+        waiters.push_back(std::async(std::launch::async, [this] { model->waitForFrameRendered(); }));
+    for (auto& waiter : waiters)
+        sendFramesUntilDone(waiter);
+}
+
+TEST_F(FrameWaitingTest, AFrameOfAnotherViewportCountsAlsoDuringAnInteraction)
+{
+    model->beginCameraInteraction();
+    FrameRenderedEvent foreign;
+    foreign.viewportId = 12345;
+    auto waiter = std::async(std::launch::async, [this] { model->waitForFrameRendered(); });
+    while (waiter.wait_for(std::chrono::milliseconds(1)) != std::future_status::ready)
+        send(foreign);
+    model->endCameraInteraction();
+}
+
+TEST_F(FrameWaitingTest, TheModelsDeathReleasesItsWaiters)
+{
+    vesk::tests::Gate begun;
+    std::vector<std::future<void>> waiters;
+    for (int count = 0; count < 8; ++count) {
+        vesk::tests::Gate entering;
+        waiters.push_back(std::async(std::launch::async, [this, &entering] {
+            entering.open();
+            model->waitForFrameRendered();
+        }));
+        entering.wait();
+    }
+    // A waiter that has not got that far would be the host's fault; a frame that it does not see shows that
+    // it has.
+    for (auto& waiter : waiters)
+        ASSERT_EQ(waiter.wait_for(std::chrono::milliseconds(20)), std::future_status::timeout);
+    model.reset();
+    for (auto& waiter : waiters)
+        waiter.get();
+}
+
+} // namespace
+} // namespace vesk::framework::usd_viewport::tests
