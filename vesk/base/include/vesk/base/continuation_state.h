@@ -22,7 +22,8 @@ decltype(auto) callWithValue(F& function, State<T>& source)
 /// One link of a chain: the state of the new future, its place in the source's list, and the work that the
 /// executor queues are one object, so a link costs one allocation.
 ///
-/// References: the list (later the executor's queue) holds one, the futures the others.
+/// References: it is made with two, one for the list (later the executor's queue) and one for the first
+/// future.
 template <class T, class R, class F>
 class ContinuationState : public State<R>, public Continuation, public WorkNode
 {
@@ -30,7 +31,7 @@ public:
     using ResultType = R;
 
     ContinuationState(ExecutorPtr executor, F function)
-        : State<R>(std::move(executor)), m_function(std::move(function))
+        : State<R>(std::move(executor), 2), m_function(std::move(function))
     {}
 
     void onSourceComplete() noexcept final

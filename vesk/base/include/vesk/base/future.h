@@ -145,8 +145,8 @@ private:
     {
         detail::State<T>& source = _state();
         Link* link = new Link(std::move(on), std::forward<F>(f));
-        Future<typename Link::ResultType> result(
-            detail::StatePtr<detail::State<typename Link::ResultType>>::share(*link));
+        Future<typename Link::ResultType> result{
+            detail::StatePtr<detail::State<typename Link::ResultType>>(link)};
         source.attach(*link);
         return result;
     }

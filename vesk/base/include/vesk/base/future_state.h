@@ -39,7 +39,10 @@ protected:
 class VESK_BASE_EXPORT StateBase
 {
 public:
-    explicit StateBase(ExecutorPtr executor) : m_executor(std::move(executor)) {}
+    /// Counts so many references from the start.
+    explicit StateBase(ExecutorPtr executor, std::uint32_t references = 1)
+        : m_references(references), m_executor(std::move(executor))
+    {}
     StateBase(const StateBase&) = delete;
     StateBase& operator=(const StateBase&) = delete;
 
@@ -80,7 +83,7 @@ private:
         return reinterpret_cast<Continuation*>(std::uintptr_t{1});
     }
 
-    std::atomic<std::uint32_t> m_references{1};
+    std::atomic<std::uint32_t> m_references;
     std::atomic<bool> m_claimed{false};
     std::atomic<Continuation*> m_waiting{nullptr};
     std::exception_ptr m_error;
