@@ -2,8 +2,8 @@
 
 /// The spec of an attribute.
 
-#include <pxr/base/tf/enum.h>
 #include <pxr/base/vt/array.h>
+#include <pxr/base/vt/types.h>
 #include <pxr/pxr.h>
 #include <pxr/usd/sdf/propertySpec.h>
 
@@ -35,10 +35,6 @@ public:
     void SetAllowedTokens(const VtTokenArray& allowedTokens);
     bool HasAllowedTokens() const;
     void ClearAllowedTokens();
-    TfEnum GetDisplayUnit() const;
-    void SetDisplayUnit(const TfEnum& displayUnit);
-    bool HasDisplayUnit() const;
-    void ClearDisplayUnit();
     TfToken GetColorSpace() const;
     void SetColorSpace(const TfToken& colorSpace);
     bool HasColorSpace() const;

@@ -365,7 +365,9 @@ private:
                                      const FileFormatArguments& args, bool save);
     static bool _ComputeOpening(const std::string& identifier, const FileFormatArguments& args,
                                 _Opening* info);
-    static SdfLayerRefPtr _Open(const _Opening& info, bool metadataOnly);
+    static SdfLayerRefPtr _Open(const _Opening& info, bool metadataOnly, const std::string* anonymousTag);
+    enum _ReloadResult { _ReloadFailed, _ReloadSucceeded, _ReloadSkipped };
+    _ReloadResult _Reload(bool force);
 
     bool _Write(const std::string& fileName, const std::string& comment, SdfFileFormatConstPtr fileFormat,
                 const FileFormatArguments& args) const;
@@ -373,9 +375,11 @@ private:
     bool _UpdateLastDirtinessState() const;
     bool _ShouldNotify() const { return _initialized; }
     SdfLayerHandle _Self() const;
-    bool _CanEdit(const char* what, const SdfPath& path) const;
-    bool _IsValidForSchema(const SdfPath& path, const TfToken& fieldName) const;
-    SdfSpecHandle _GetSpec(const SdfPath& path) const;
+    bool _CanEdit(const std::string& what, const SdfPath& path) const;
+    const VtValue* _RequiredFallback(const TfToken& fieldName, SdfSpecType specType) const;
+    template <class Spec>
+    SdfHandle<Spec> _GetSpecAs(const SdfPath& path);
+    bool _CastForAttribute(const SdfPath& path, const VtValue& value, VtValue* cast) const;
 
     bool _IsInert(const SdfPath& path, bool ignoreChildren,
                   bool requiredFieldOnlyPropertiesAreInert = false) const;
@@ -422,7 +426,7 @@ private:
     std::string _identifier;
     ArResolvedPath _resolvedPath;
     ArAssetInfo _assetInfo;
-    double _modificationTime = 0.0;
+    mutable double _modificationTime = 0.0;
     mutable Sdf_IdentityRegistry _identities;
     SdfAbstractDataRefPtr _data;
     SdfLayerStateDelegateBaseRefPtr _stateDelegate;

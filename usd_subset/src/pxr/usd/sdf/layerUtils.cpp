@@ -1,0 +1,71 @@
+#include <pxr/base/tf/diagnostic.h>
+#include <pxr/usd/ar/packageUtils.h>
+#include <pxr/usd/ar/resolver.h>
+#include <pxr/usd/sdf/fileFormat.h>
+#include <pxr/usd/sdf/layer.h>
+#include <pxr/usd/sdf/layerUtils.h>
+
+#include <filesystem>
+
+PXR_NAMESPACE_OPEN_SCOPE
+
+namespace {
+
+std::string anchorInside(const std::string& packaged, const std::string& assetPath)
+{
+    const std::string directory = packaged.substr(0, packaged.rfind('/') + 1);
+    return std::filesystem::path(directory + assetPath).lexically_normal().string();
+}
+
+// The path inside the package of the anchor, or an empty one where the anchor is in none or nothing is there.
+std::string packagedPath(const SdfLayerHandle& anchor, const std::string& assetPath)
+{
+    const std::string& real = anchor->GetRealPath();
+    std::pair<std::string, std::string> parts = ArSplitPackageRelativePathInner(real);
+    if (anchor->GetFileFormat()->IsPackage()) {
+        parts = {real, anchor->GetFileFormat()->GetPackageRootLayerPath(real)};
+    }
+    if (parts.second.empty() || assetPath.front() == '/') {
+        return std::string();
+    }
+    const std::string anchored =
+        ArJoinPackageRelativePath(parts.first, anchorInside(parts.second, assetPath));
+    const bool fixed = assetPath.front() == '.';
+    return fixed || !ArGetResolver().Resolve(anchored).IsEmpty() ? anchored : std::string();
+}
+
+} // namespace
+
+std::string SdfComputeAssetPathRelativeToLayer(const SdfLayerHandle& anchor, const std::string& assetPath)
+{
+    if (!anchor) {
+        TF_CODING_ERROR("Invalid anchor layer");
+        return std::string();
+    }
+    if (assetPath.empty()) {
+        TF_CODING_ERROR("Layer path is empty");
+        return std::string();
+    }
+    if (SdfLayer::IsAnonymousLayerIdentifier(assetPath)) {
+        return assetPath;
+    }
+    const std::string packaged = packagedPath(anchor, assetPath);
+    if (!packaged.empty()) {
+        return packaged;
+    }
+    if (anchor->IsAnonymous()) {
+        return ArGetResolver().CreateIdentifier(assetPath);
+    }
+    return ArGetResolver().CreateIdentifier(assetPath, anchor->GetResolvedPath());
+}
+
+ArResolvedPath SdfResolveAssetPathRelativeToLayer(const SdfLayerHandle& anchor, const std::string& assetPath)
+{
+    const std::string identifier = SdfComputeAssetPathRelativeToLayer(anchor, assetPath);
+    if (identifier.empty() || SdfLayer::IsAnonymousLayerIdentifier(identifier)) {
+        return ArResolvedPath(identifier);
+    }
+    return ArGetResolver().Resolve(identifier);
+}
+
+PXR_NAMESPACE_CLOSE_SCOPE
