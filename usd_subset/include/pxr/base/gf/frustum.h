@@ -210,7 +210,7 @@ private:
     GfFrustum _ComputeNarrowedFrustumSub(const GfVec2d& windowPoint, const GfVec2d& size) const;
     GfRay _EyeSpaceRay(const GfVec2d& windowPos) const;
     GfRay _EyeSpaceRay(const GfVec3d& worldSpacePos) const;
-    GfRay _ToWorld(const GfRay& eyeSpaceRay, double advance) const;
+    GfRay _FromNearPlane(const GfRay& eyeSpaceRay) const;
     static bool _SegmentIntersects(const _Planes& planes, const GfVec3d& p0, uint32_t p0Mask,
                                    const GfVec3d& p1, uint32_t p1Mask);
 

@@ -7,6 +7,7 @@
 #include <pxr/base/gf/vec4f.h>
 #include <pxr/base/tf/token.h>
 #include <pxr/base/vt/array.h>
+#include <pxr/base/vt/types.h>
 #include <pxr/imaging/glf/api.h>
 #include <pxr/pxr.h>
 #include <pxr/usd/sdf/assetPath.h>
@@ -132,7 +133,7 @@ typedef std::vector<class GlfSimpleLight> GlfSimpleLightVector;
 
 /// Writes all values one after the other.
 VESK_USD_API std::ostream& operator<<(std::ostream& out, const GlfSimpleLight& v);
-/// Writes nothing; values in containers must be writable.
+/// Writes nothing: it only lets such a vector be held by a VtValue.
 VESK_USD_API std::ostream& operator<<(std::ostream& out, const GlfSimpleLightVector& pv);
 
 PXR_NAMESPACE_CLOSE_SCOPE

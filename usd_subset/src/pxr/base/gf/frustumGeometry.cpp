@@ -139,26 +139,29 @@ GfRay GfFrustum::_EyeSpaceRay(const GfVec3d& worldSpacePos) const
     return GfRay(GfVec3d(point[0], point[1], 0.0), -GfVec3d::ZAxis());
 }
 
-GfRay GfFrustum::_ToWorld(const GfRay& eyeSpaceRay, double advance) const
+GfRay GfFrustum::_FromNearPlane(const GfRay& eyeSpaceRay) const
 {
-    return GfRay(eyeSpaceRay.GetPoint(advance), eyeSpaceRay.GetDirection()).Transform(ComputeViewInverse());
+    return GfRay(eyeSpaceRay.GetPoint(_nearFar.GetMin()), eyeSpaceRay.GetDirection());
 }
 
-GfRay GfFrustum::ComputeRay(const GfVec2d& windowPos) const { return _ToWorld(_EyeSpaceRay(windowPos), 0.0); }
+GfRay GfFrustum::ComputeRay(const GfVec2d& windowPos) const
+{
+    return _EyeSpaceRay(windowPos).Transform(ComputeViewInverse());
+}
 
 GfRay GfFrustum::ComputeRay(const GfVec3d& worldSpacePos) const
 {
-    return _ToWorld(_EyeSpaceRay(worldSpacePos), 0.0);
+    return _EyeSpaceRay(worldSpacePos).Transform(ComputeViewInverse());
 }
 
 GfRay GfFrustum::ComputePickRay(const GfVec2d& windowPos) const
 {
-    return _ToWorld(_EyeSpaceRay(windowPos), _nearFar.GetMin());
+    return _FromNearPlane(_EyeSpaceRay(windowPos)).Transform(ComputeViewInverse());
 }
 
 GfRay GfFrustum::ComputePickRay(const GfVec3d& worldSpacePos) const
 {
-    return _ToWorld(_EyeSpaceRay(worldSpacePos), _nearFar.GetMin());
+    return _FromNearPlane(_EyeSpaceRay(worldSpacePos)).Transform(ComputeViewInverse());
 }
 
 PXR_NAMESPACE_CLOSE_SCOPE

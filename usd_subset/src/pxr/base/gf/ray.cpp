@@ -274,16 +274,13 @@ bool GfRay::Intersect(const GfVec3d& origin, const GfVec3d& axis, const double r
     // The equation holds on the mirrored cone beyond the apex too.
     const bool enterIsBelowApex = GfDot(unitAxis, GetPoint(crossing.enter) - apex) <= 0.0;
     const bool exitIsBelowApex = GfDot(unitAxis, GetPoint(crossing.exit) - apex) <= 0.0;
-    if (!enterIsBelowApex && !exitIsBelowApex) {
-        return false;
-    }
-    if (!enterIsBelowApex) {
+    if (!enterIsBelowApex && exitIsBelowApex) {
         crossing.enter = crossing.exit;
-    } else if (!exitIsBelowApex) {
+    } else if (enterIsBelowApex && !exitIsBelowApex) {
         crossing.exit = crossing.enter;
     }
     crossing.Report(enterDistance, exitDistance);
-    return true;
+    return enterIsBelowApex || exitIsBelowApex;
 }
 
 std::ostream& operator<<(std::ostream& out, const GfRay& r)

@@ -58,19 +58,34 @@ private:
     int _absentCount = 0;
 };
 
-// Adds the full turns that bring each angle to within half a turn of its target; what is not finite stays.
-GfVec4d NearestTurns(const GfVec4d& targets, GfVec4d angles)
+// Adds full turns to an angle until it is within half a turn of its target.
+double NearestTurn(double target, double angle)
 {
     constexpr double kTurn = 2.0 * M_PI;
-    for (int i = 0; i != 4; ++i) {
-        const double distance = angles[i] - targets[i];
-        if (distance > M_PI && std::isfinite(distance)) {
-            angles[i] -= std::ceil((distance - M_PI) / kTurn) * kTurn;
-        } else if (distance < -M_PI && std::isfinite(distance)) {
-            angles[i] += std::ceil((-distance - M_PI) / kTurn) * kTurn;
-        }
+    constexpr double kFarAway = 1000 * kTurn;
+    const double distance = angle - target;
+    if (!std::isfinite(distance)) {
+        return angle;
     }
-    return angles;
+    if (std::fabs(distance) > kFarAway) {
+        angle = target + std::remainder(distance, kTurn); // one turn at a time could take for ever
+    }
+    while (angle > target + M_PI) {
+        angle -= kTurn;
+    }
+    while (angle < target - M_PI) {
+        angle += kTurn;
+    }
+    return angle;
+}
+
+GfVec4d NearestTurns(const GfVec4d& targets, const GfVec4d& angles)
+{
+    GfVec4d nearest;
+    for (int i = 0; i != 4; ++i) {
+        nearest[i] = NearestTurn(targets[i], angles[i]);
+    }
+    return nearest;
 }
 
 double HalfTurned(double angle) { return angle + (angle > 0 ? -M_PI : M_PI); }

@@ -2,6 +2,7 @@
 
 /// Spherical interpolation, for all quaternion classes.
 
+#include <pxr/base/gf/math.h>
 #include <pxr/pxr.h>
 
 #include <cmath>
@@ -22,7 +23,7 @@ Quat Gf_Slerp(double alpha, const Quat& q0, const Quat& q1)
     double scale1 = alpha;
     if (1.0 - cosTheta > 0.00001) {
         const Angle theta(static_cast<Angle>(std::acos(cosTheta)));
-        const Angle sinTheta(static_cast<Angle>(std::sin(static_cast<double>(theta))));
+        const Angle sinTheta(static_cast<Angle>(GfSin(theta)));
         scale0 = std::sin((1.0 - alpha) * theta) / sinTheta;
         scale1 = std::sin(alpha * theta) / sinTheta;
     }
