@@ -14,10 +14,9 @@
 #include <map>
 #include <optional>
 #include <unordered_map>
+#include <vector>
 
 PXR_NAMESPACE_OPEN_SCOPE
-
-class UsdGeomModelAPI;
 
 /// Bounds of prims and what is below them at one time, for some purposes, each computed once.
 ///
@@ -109,19 +108,25 @@ private:
         UsdGeomImageable::PurposeInfo purposeInfo;
         bool isComplete = false;
         bool isVarying = false;
-        bool isIncluded = false;
+        /// Being computed: an instancer below that leads back here finds no bounds.
+        bool isActive = false;
     };
 
-    const _PurposeToBBoxMap* _Resolve(const UsdPrim& prim);
-    const _Entry& _ResolveContext(const _PrimContext& context);
-    void _ComputeOwnBound(const _PrimContext& context, _Entry* entry);
+    struct _Frame;
+
+    _PurposeToBBoxMap _Resolve(const UsdPrim& prim);
+    void _Open(const _PrimContext& context, const GfMatrix4d& inverseComponentCtm, std::vector<_Frame>* stack);
+    std::vector<_PrimContext> _GetIncludedChildren(const _PrimContext& context, _Entry* entry);
+    void _AddChildBounds(const _Frame& frame);
     bool _AddExtentsHint(const UsdPrim& prim, _Entry* entry);
-    void _AddChildBounds(const _PrimContext& context, _Entry* entry);
+    void _AddExtent(const UsdPrim& prim, _Entry* entry);
+    void _UpdateVariability(const UsdPrim& prim, _Entry* entry) const;
     bool _ShouldIncludePrim(const UsdPrim& prim) const;
     bool _UseExtentsHintForPrim(const UsdPrim& prim) const;
-    bool _IsVarying(const UsdAttribute& attr) const;
+    bool _IsVarying(const UsdAttribute& attribute) const;
     const UsdGeomImageable::PurposeInfo& _GetPurposeInfo(const _PrimContext& context);
     GfBBox3d _Combine(const _PurposeToBBoxMap& bboxes) const;
+    GfBBox3d _Transformed(GfBBox3d bbox, const GfMatrix4d& matrix, const UsdPrim& prim) const;
     GfBBox3d _ComputeWithOverrides(const UsdPrim& prim, const SdfPathSet& pathsToSkip,
                                    const GfMatrix4d* primOverride,
                                    const TfHashMap<SdfPath, GfMatrix4d, SdfPath::Hash>& ctmOverrides);

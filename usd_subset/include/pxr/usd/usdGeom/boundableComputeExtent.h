@@ -1,25 +1,23 @@
 #pragma once
 
+#include <pxr/base/tf/type.h>
 #include <pxr/usd/usdGeom/boundable.h>
 
 PXR_NAMESPACE_OPEN_SCOPE
 
 /// Computes the extent of one kind of prim, moved by `transform` where that is not null.
-typedef bool (*UsdGeomComputeExtentFunction)(const UsdGeomBoundable& boundable, const UsdTimeCode& time,
-                                             const GfMatrix4d* transform, VtVec3fArray* extent);
+using UsdGeomComputeExtentFunction = bool (*)(const UsdGeomBoundable& boundable, const UsdTimeCode& time,
+                                              const GfMatrix4d* transform, VtVec3fArray* extent);
 
-namespace Usd_BoundableExtent {
-
-/// Registers the extent function of a schema type and of the types that derive from it without one of their
-/// own.
-VESK_USD_API void Register(const TfType& schemaType, UsdGeomComputeExtentFunction function);
-
-} // namespace Usd_BoundableExtent
+/// Registers the extent function of a schema type and of the types that derive from it without one of their own.
+/// Thread: any.
+VESK_USD_API void UsdGeomRegisterComputeExtentFunction(const TfType& primType,
+                                                       const UsdGeomComputeExtentFunction& fn);
 
 template <class PrimType>
-void UsdGeomRegisterComputeExtentFunction(UsdGeomComputeExtentFunction function)
+void UsdGeomRegisterComputeExtentFunction(const UsdGeomComputeExtentFunction fn)
 {
-    Usd_BoundableExtent::Register(TfType::Find<PrimType>(), function);
+    UsdGeomRegisterComputeExtentFunction(TfType::Find<PrimType>(), fn);
 }
 
 PXR_NAMESPACE_CLOSE_SCOPE

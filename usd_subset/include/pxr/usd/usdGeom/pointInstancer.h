@@ -87,6 +87,8 @@ class VESK_USD_API UsdGeomPointInstancer : public UsdGeomBoundable
 private:
     bool _ComputeExtent(VtVec3fArray* extent, UsdTimeCode time, UsdTimeCode baseTime,
                         const GfMatrix4d* transform) const;
+    bool _ComputeExtents(std::vector<VtVec3fArray>* extents, const std::vector<UsdTimeCode>& times,
+                         UsdTimeCode baseTime, const GfMatrix4d* transform) const;
 };
 
 template <class T>

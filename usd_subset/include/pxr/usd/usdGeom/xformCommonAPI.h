@@ -44,9 +44,6 @@ class VESK_USD_API UsdGeomXformCommonAPI : public UsdAPISchemaBase
     /// Reads the five; ops of another form are taken apart as far as a matrix can be.
     bool GetXformVectors(GfVec3d* translation, GfVec3f* rotation, GfVec3f* scale, GfVec3f* pivot,
                          RotationOrder* rotOrder, UsdTimeCode time) const;
-    /// The same, adding up several ops of a kind where their order allows it.
-    bool GetXformVectorsByAccumulation(GfVec3d* translation, GfVec3f* rotation, GfVec3f* scale,
-                                       GfVec3f* pivot, RotationOrder* rotOrder, UsdTimeCode time) const;
     bool GetResetXformStack() const;
 
     bool SetTranslate(const GfVec3d& translation, UsdTimeCode time = UsdTimeCode::Default()) const;
@@ -70,6 +67,9 @@ class VESK_USD_API UsdGeomXformCommonAPI : public UsdAPISchemaBase
 
 protected:
     bool _IsCompatible() const override;
+
+private:
+    Ops _CreateXformOps(const RotationOrder* rotOrder, int flags) const;
 };
 
 PXR_NAMESPACE_CLOSE_SCOPE

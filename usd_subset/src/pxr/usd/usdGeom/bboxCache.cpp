@@ -1,0 +1,389 @@
+#include <pxr/usd/usdGeom/bboxCache.h>
+
+#include "pxr/usd/usdGeom/extents.h"
+
+#include <pxr/base/tf/diagnostic.h>
+#include <pxr/usd/kind/registry.h>
+#include <pxr/usd/usd/modelAPI.h>
+#include <pxr/usd/usd/primRange.h>
+#include <pxr/usd/usdGeom/boundable.h>
+#include <pxr/usd/usdGeom/modelAPI.h>
+
+#include <utility>
+
+PXR_NAMESPACE_OPEN_SCOPE
+
+namespace {
+
+bool _IsFinite(const GfRange3d& range)
+{
+    return UsdGeom_IsFinite(range.GetMin()) && UsdGeom_IsFinite(range.GetMax());
+}
+
+/// Whether the prim's kind gathers what is below it: a component or subcomponent.
+bool _IsComponent(const UsdPrim& prim)
+{
+    TfToken kind;
+    return UsdModelAPI(prim).GetKind(&kind) &&
+           (KindRegistry::IsA(kind, KindTokens->component) || KindRegistry::IsA(kind, KindTokens->subcomponent));
+}
+
+UsdPrim _FindComponent(const UsdPrim& start)
+{
+    UsdPrim prim = start;
+    while (prim && !_IsComponent(prim)) {
+        prim = prim.GetParent();
+    }
+    return prim ? prim : start.GetStage()->GetPseudoRoot();
+}
+
+bool _IsValid(const UsdPrim& prim)
+{
+    if (!prim) {
+        TF_CODING_ERROR("Bounds cannot be computed of %s.", UsdDescribe(prim).c_str());
+    }
+    return bool(prim);
+}
+
+auto _Predicate()
+{
+    return UsdPrimIsActive && UsdPrimIsDefined && !UsdPrimIsAbstract;
+}
+
+} // namespace
+
+UsdGeomBBoxCache::UsdGeomBBoxCache(UsdTimeCode time, TfTokenVector includedPurposes, bool useExtentsHint,
+                                   bool ignoreVisibility)
+    : _time(time)
+    , _includedPurposes(std::move(includedPurposes))
+    , _ctmCache(time)
+    , _useExtentsHint(useExtentsHint)
+    , _ignoreVisibility(ignoreVisibility)
+{
+}
+
+void UsdGeomBBoxCache::Clear()
+{
+    _ctmCache.Clear();
+    _entries.clear();
+}
+
+void UsdGeomBBoxCache::SetTime(UsdTimeCode time)
+{
+    if (time == _time) {
+        return;
+    }
+    // What does not vary over the samples may still differ from the default value.
+    const bool clearAll = _time.IsDefault() || time.IsDefault();
+    for (auto& [context, entry] : _entries) {
+        if (clearAll || entry.isVarying) {
+            entry.isComplete = false;
+            entry.bboxes.clear();
+        }
+    }
+    _time = time;
+    _ctmCache.SetTime(time);
+}
+
+GfBBox3d UsdGeomBBoxCache::_Combine(const _PurposeToBBoxMap& bboxes) const
+{
+    GfBBox3d combined;
+    for (const TfToken& purpose : _includedPurposes) {
+        const auto it = bboxes.find(purpose);
+        if (it != bboxes.end() && !it->second.GetRange().IsEmpty()) {
+            combined = GfBBox3d::Combine(combined, it->second);
+        }
+    }
+    return combined;
+}
+
+GfBBox3d UsdGeomBBoxCache::ComputeUntransformedBound(const UsdPrim& prim)
+{
+    return _IsValid(prim) ? _Combine(_Resolve(prim)) : GfBBox3d();
+}
+
+GfBBox3d UsdGeomBBoxCache::_Transformed(GfBBox3d bbox, const GfMatrix4d& matrix, const UsdPrim& prim) const
+{
+    if (bbox.GetRange().IsEmpty()) {
+        return bbox;
+    }
+    bbox.Transform(matrix);
+    if (!_IsFinite(bbox.ComputeAlignedRange())) {
+        TF_WARN("The bounds of <%s> are not finite and left out: its transform is not.", prim.GetPath().GetText());
+        return GfBBox3d();
+    }
+    return bbox;
+}
+
+GfBBox3d UsdGeomBBoxCache::ComputeWorldBound(const UsdPrim& prim)
+{
+    const GfBBox3d bbox = ComputeUntransformedBound(prim);
+    return prim ? _Transformed(bbox, _ctmCache.GetLocalToWorldTransform(prim), prim) : bbox;
+}
+
+GfBBox3d UsdGeomBBoxCache::ComputeRelativeBound(const UsdPrim& prim, const UsdPrim& relativeToAncestorPrim)
+{
+    const GfBBox3d bbox = ComputeUntransformedBound(prim);
+    if (!prim) {
+        return bbox;
+    }
+    const GfMatrix4d toAncestor = _ctmCache.GetLocalToWorldTransform(prim) *
+                                  _ctmCache.GetLocalToWorldTransform(relativeToAncestorPrim).GetInverse();
+    return _Transformed(bbox, toAncestor, prim);
+}
+
+GfBBox3d UsdGeomBBoxCache::ComputeLocalBound(const UsdPrim& prim)
+{
+    const GfBBox3d bbox = ComputeUntransformedBound(prim);
+    bool resets = false;
+    return prim ? _Transformed(bbox, _ctmCache.GetLocalTransformation(prim, &resets), prim) : bbox;
+}
+
+// ---- Resolution ----
+
+bool UsdGeomBBoxCache::_ShouldIncludePrim(const UsdPrim& prim) const
+{
+    // Prims without a type or of an unknown one may have imageable prims below.
+    if (!prim.IsA<UsdTyped>()) {
+        return true;
+    }
+    const UsdGeomImageable imageable(prim);
+    if (!imageable) {
+        return false;
+    }
+    TfToken visibility;
+    return _ignoreVisibility || !imageable.GetVisibilityAttr().Get(&visibility, _time) ||
+           visibility != UsdGeomTokens->invisible;
+}
+
+bool UsdGeomBBoxCache::_UseExtentsHintForPrim(const UsdPrim& prim) const
+{
+    return _useExtentsHint && prim.IsModel() && !prim.IsPseudoRoot();
+}
+
+bool UsdGeomBBoxCache::_IsVarying(const UsdAttribute& attribute) const
+{
+    // A little beside the time, so that a time on one of several samples is found to lie between two.
+    const double step = 0.000001;
+    const double time = _time.IsDefault() ? 1.0 + step : _time.GetValue() + step;
+    double lower = 0.0, upper = 0.0;
+    bool hasSamples = false;
+    if (!attribute || !attribute.GetBracketingTimeSamples(time, &lower, &upper, &hasSamples) || !hasSamples) {
+        return false;
+    }
+    for (const double offset : {0.0, step, -step}) {
+        if (offset != 0.0) {
+            attribute.GetBracketingTimeSamples(lower + offset, &lower, &upper, &hasSamples);
+        }
+        if (lower != upper) {
+            return true;
+        }
+    }
+    return false;
+}
+
+const UsdGeomImageable::PurposeInfo& UsdGeomBBoxCache::_GetPurposeInfo(const _PrimContext& context)
+{
+    using PurposeInfo = UsdGeomImageable::PurposeInfo;
+    // Up to the nearest ancestor whose purpose is known, then down again.
+    std::vector<std::pair<UsdPrim, _Entry*>> open;
+    const PurposeInfo* above = nullptr;
+    for (UsdPrim prim = context.prim; prim && !prim.IsPseudoRoot(); prim = prim.GetParent()) {
+        _Entry* const entry = &_entries[{prim, context.instanceInheritablePurpose}];
+        if (entry->purposeInfo) {
+            above = &entry->purposeInfo;
+            break;
+        }
+        open.emplace_back(prim, entry);
+        if (prim.IsPrototype()) {
+            break;
+        }
+    }
+    while (!open.empty()) {
+        const auto [prim, entry] = open.back();
+        open.pop_back();
+        const TfToken& fromInstance = context.instanceInheritablePurpose;
+        if (prim.IsPrototype()) {
+            // A prototype has no purpose of its own; its instances hand theirs down.
+            entry->purposeInfo = PurposeInfo(fromInstance.IsEmpty() ? UsdGeomTokens->default_ : fromInstance,
+                                             !fromInstance.IsEmpty());
+        } else {
+            const UsdGeomImageable imageable(prim);
+            entry->purposeInfo = above ? imageable.ComputePurposeInfo(*above) : imageable.ComputePurposeInfo();
+        }
+        above = &entry->purposeInfo;
+    }
+    static const PurposeInfo none(UsdGeomTokens->default_, false);
+    return above ? *above : none;
+}
+
+bool UsdGeomBBoxCache::_AddExtentsHint(const UsdPrim& prim, _Entry* entry)
+{
+    const UsdAttribute attribute = UsdGeomModelAPI(prim).GetExtentsHintAttr();
+    VtVec3fArray corners;
+    if (!attribute || !attribute.Get(&corners, _time)) {
+        return false;
+    }
+    const TfTokenVector& purposes = UsdGeomImageable::GetOrderedPurposeTokens();
+    for (size_t i = 0; i < purposes.size() && 2 * i + 2 <= corners.size(); ++i) {
+        const GfRange3d range(GfVec3d(corners[2 * i]), GfVec3d(corners[2 * i + 1]));
+        if (_IsFinite(range)) {
+            entry->bboxes[purposes[i]] = GfBBox3d(range);
+        } else {
+            TF_WARN("A box of <%s> is left out: it is not finite.", attribute.GetPath().GetText());
+        }
+    }
+    entry->isVarying = _IsVarying(attribute);
+    return true;
+}
+
+void UsdGeomBBoxCache::_AddExtent(const UsdPrim& prim, _Entry* entry)
+{
+    VtVec3fArray extent;
+    if (!UsdGeomBoundable(prim).ComputeExtent(_time, &extent)) {
+        return;
+    }
+    const GfRange3d range(GfVec3d(extent[0]), GfVec3d(extent[1]));
+    if (_IsFinite(range)) {
+        entry->bboxes[entry->purposeInfo.purpose].SetRange(range);
+    } else {
+        TF_WARN("The extent of <%s> is left out of all bounds: it is not finite.", prim.GetPath().GetText());
+    }
+}
+
+void UsdGeomBBoxCache::_UpdateVariability(const UsdPrim& prim, _Entry* entry) const
+{
+    const UsdGeomImageable imageable(prim);
+    const UsdGeomXformable xformable(prim);
+    const UsdGeomBoundable boundable(prim);
+    entry->isVarying = (xformable && xformable.TransformMightBeTimeVarying()) ||
+                       (boundable && _IsVarying(boundable.GetExtentAttr())) ||
+                       (imageable && !_ignoreVisibility && _IsVarying(imageable.GetVisibilityAttr()));
+}
+
+/// A prim whose children are being resolved.
+struct UsdGeomBBoxCache::_Frame {
+    _PrimContext context;
+    _Entry* entry = nullptr;
+    GfMatrix4d inverseComponentCtm{1.0};
+    std::vector<_PrimContext> children;
+    size_t next = 0;
+};
+
+UsdGeomBBoxCache::_PurposeToBBoxMap UsdGeomBBoxCache::_Resolve(const UsdPrim& prim)
+{
+    const _PrimContext context{prim, TfToken()};
+    const auto found = _entries.find(context);
+    if (found != _entries.end() && found->second.isComplete) {
+        return found->second.bboxes;
+    }
+    // Depth first with a stack of its own, since a namespace may be deeper than the thread's stack.
+    const GfMatrix4d componentCtm = _ctmCache.GetLocalToWorldTransform(_FindComponent(prim));
+    std::vector<_Frame> stack;
+    _Open(context, componentCtm.GetInverse(), &stack);
+    while (!stack.empty()) {
+        _Frame& frame = stack.back();
+        if (frame.next < frame.children.size()) {
+            const _PrimContext child = frame.children[frame.next++];
+            // Prototypes are resolved in their own space.
+            const GfMatrix4d inverse = frame.context.prim.IsInstance() ? GfMatrix4d(1.0) : frame.inverseComponentCtm;
+            _Open(child, inverse, &stack);
+        } else {
+            _AddChildBounds(frame);
+            frame.entry->isComplete = true;
+            frame.entry->isActive = false;
+            stack.pop_back();
+        }
+    }
+    return _entries[context].bboxes;
+}
+
+void UsdGeomBBoxCache::_Open(const _PrimContext& context, const GfMatrix4d& inverseComponentCtm,
+                             std::vector<_Frame>* stack)
+{
+    const UsdPrim& prim = context.prim;
+    _Entry* const entry = &_entries[context];
+    if (entry->isComplete || entry->isActive) {
+        return;
+    }
+    _GetPurposeInfo(context);
+    if (_UseExtentsHintForPrim(prim) && _AddExtentsHint(prim, entry)) {
+        entry->isComplete = true;
+        return;
+    }
+    if (!entry->isVarying) {
+        _UpdateVariability(prim, entry);
+    }
+    entry->isActive = true;
+    if (prim.IsA<UsdGeomBoundable>()) {
+        _AddExtent(prim, entry);
+        entry->isComplete = true;
+        entry->isActive = false;
+        return;
+    }
+    _Frame frame;
+    frame.context = context;
+    frame.entry = entry;
+    frame.inverseComponentCtm =
+        _IsComponent(prim) ? _ctmCache.GetLocalToWorldTransform(prim).GetInverse() : inverseComponentCtm;
+    frame.children = _GetIncludedChildren(context, entry);
+    stack->push_back(std::move(frame));
+}
+
+std::vector<UsdGeomBBoxCache::_PrimContext> UsdGeomBBoxCache::_GetIncludedChildren(const _PrimContext& context,
+                                                                                  _Entry* entry)
+{
+    const bool isInstance = context.prim.IsInstance();
+    const UsdPrim parent = isInstance ? context.prim.GetPrototype() : context.prim;
+    const TfToken purpose =
+        isInstance ? entry->purposeInfo.GetInheritablePurpose() : context.instanceInheritablePurpose;
+    std::vector<_PrimContext> children;
+    for (const UsdPrim& child : parent.GetFilteredChildren(_Predicate())) {
+        if (_ignoreVisibility || _ShouldIncludePrim(child)) {
+            children.push_back({child, purpose});
+            continue;
+        }
+        // The parent has to be computed again when the child may have become visible.
+        const UsdGeomImageable imageable(child);
+        entry->isVarying |= imageable && _IsVarying(imageable.GetVisibilityAttr());
+    }
+    return children;
+}
+
+void UsdGeomBBoxCache::_AddChildBounds(const _Frame& frame)
+{
+    const UsdPrim& prim = frame.context.prim;
+    const bool isInstance = prim.IsInstance();
+    // Boxes are joined in the space of the enclosing component, where they are tightest, and kept in the prim's own.
+    GfMatrix4d toComponent(1.0);
+    bool hasBounds = false;
+    for (const _PrimContext& childContext : frame.children) {
+        const _Entry& child = _entries[childContext];
+        frame.entry->isVarying |= child.isVarying;
+        if (child.bboxes.empty() || !child.isComplete) {
+            continue;
+        }
+        if (!hasBounds) {
+            toComponent = _ctmCache.GetLocalToWorldTransform(prim) * frame.inverseComponentCtm;
+            hasBounds = true;
+        }
+        bool resets = false;
+        const GfMatrix4d childToComponent =
+            isInstance ? _ctmCache.GetLocalTransformation(childContext.prim, &resets) * toComponent
+                       : _ctmCache.GetLocalToWorldTransform(childContext.prim) * frame.inverseComponentCtm;
+        for (const auto& [purpose, bbox] : child.bboxes) {
+            GfBBox3d& joined = frame.entry->bboxes[purpose];
+            const GfRange3d range =
+                _Transformed(bbox, childToComponent, childContext.prim).ComputeAlignedRange();
+            joined.SetRange(GfRange3d(joined.GetRange()).UnionWith(range));
+        }
+    }
+    if (hasBounds) {
+        const GfMatrix4d toLocal = toComponent.GetInverse();
+        for (auto& [purpose, bbox] : frame.entry->bboxes) {
+            bbox.SetMatrix(toLocal);
+        }
+    }
+}
+
+PXR_NAMESPACE_CLOSE_SCOPE
