@@ -216,8 +216,14 @@ void DocumentCore::_callTask(QueuedTask& queued) noexcept
 
 void DocumentCore::_sendChanges()
 {
-    const StageChangesEvent event = m_gatherer->endTask(m_bus->listenerCount() != 0);
-    if (!event.isEmpty() && !m_closed) m_bus->sendEvent(event);
+    std::optional<StageChangesEvent> event = m_gatherer->endTask();
+    if (!event || m_closed) return;
+    if (m_bus->listenerCount() == 0) {
+        m_gatherer->forgetCameras();
+        return;
+    }
+    m_gatherer->addCameras(*event);
+    m_bus->sendEvent(std::move(*event));
 }
 
 void DocumentCore::_requestFlush()
@@ -309,6 +315,7 @@ void DocumentCore::waitUntilIdle() const
 
 void DocumentCore::setTaskObserver(UsdDocument::TaskObserver observer)
 {
+    m_observed = static_cast<bool>(observer);
     auto shared = observer ? std::make_shared<const UsdDocument::TaskObserver>(std::move(observer)) : nullptr;
     std::lock_guard lock(m_mutex);
     m_observer.swap(shared);
@@ -316,6 +323,7 @@ void DocumentCore::setTaskObserver(UsdDocument::TaskObserver observer)
 
 void DocumentCore::notifyObserver(const UsdDocument::TaskRecord& record) const
 {
+    if (!m_observed) return;
     std::shared_ptr<const UsdDocument::TaskObserver> observer;
     {
         std::lock_guard lock(m_mutex);

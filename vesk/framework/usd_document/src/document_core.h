@@ -120,6 +120,7 @@ private:
     std::string m_uri;
     std::shared_ptr<const UsdDocument::TaskObserver> m_observer;
 
+    std::atomic<bool> m_observed{false};
     std::atomic<bool> m_closed{false};
     std::atomic<std::thread::id> m_runner{}; ///< Runs a task now.
     std::thread m_thread;

@@ -25,20 +25,12 @@ void StageChangeGatherer::beginTask()
     m_taskRuns = true;
 }
 
-StageChangesEvent StageChangeGatherer::endTask(bool somebodyListens)
+std::optional<StageChangesEvent> StageChangeGatherer::endTask()
 {
-    Gathered gathered;
-    {
-        std::lock_guard lock(m_mutex);
-        m_taskRuns = false;
-        gathered = std::exchange(m_gathered, Gathered());
-    }
-    if (gathered.event.isEmpty()) return std::move(gathered.event);
-    if (somebodyListens)
-        _addCameras(gathered.event);
-    else if (!gathered.event.resyncedPrimPaths.empty())
-        m_cameras.forget();
-    return std::move(gathered.event);
+    std::lock_guard lock(m_mutex);
+    m_taskRuns = false;
+    if (m_gathered.event.isEmpty()) return std::nullopt;
+    return std::exchange(m_gathered, Gathered()).event;
 }
 
 void StageChangeGatherer::_onObjectsChanged(const UsdNotice::ObjectsChanged& notice)
@@ -65,7 +57,7 @@ void StageChangeGatherer::_onObjectsChanged(const UsdNotice::ObjectsChanged& not
     if (outsideTask) m_callbacks.onChangeOutsideTask();
 }
 
-void StageChangeGatherer::_addCameras(StageChangesEvent& event)
+void StageChangeGatherer::addCameras(StageChangesEvent& event)
 {
     if (!event.resyncedPrimPaths.empty()) {
         const std::vector<SdfPath> recomposed(event.resyncedPrimPaths.begin(), event.resyncedPrimPaths.end());

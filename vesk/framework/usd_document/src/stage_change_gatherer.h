@@ -2,6 +2,7 @@
 
 #include <functional>
 #include <mutex>
+#include <optional>
 #include <unordered_set>
 
 #include <pxr/base/tf/notice.h>
@@ -51,7 +52,6 @@ private:
     };
 
     void _onObjectsChanged(const PXR_NS::UsdNotice::ObjectsChanged& notice);
-    void _addCameras(StageChangesEvent& event);
 
     const Callbacks m_callbacks;
     CameraIndex m_cameras;
