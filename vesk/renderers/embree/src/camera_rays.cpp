@@ -30,19 +30,19 @@ bool isUsableWindow(const GfRange2d& window)
 } // namespace
 
 std::optional<CameraRays> CameraRays::make(const GfCamera& camera, CameraUtilConformWindowPolicy policy,
-                                           const GfVec2i& size, const GfVec3d& sceneOrigin,
-                                           float sceneRadius)
+                                           const GfVec2i& size, const GfVec3d& sceneOrigin, float sceneRadius)
 {
     const GfMatrix4d transform = camera.GetTransform();
     const GfRange1f range = camera.GetClippingRange();
     CameraRays rays;
     rays.m_perspective = camera.GetProjection() == GfCamera::Perspective;
-    if (!isFinite(transform) || !std::isfinite(range.GetMin()) || !(range.GetMin() < range.GetMax())) return {};
+    if (!isFinite(transform) || !std::isfinite(range.GetMin()) || !(range.GetMin() < range.GetMax()))
+        return {};
     if (rays.m_perspective && !(camera.GetFocalLength() > 0.0f)) return {};
 
     const GfFrustum frustum = camera.GetFrustum();
-    const GfRange2d window = CameraUtilConformedWindow(frustum.GetWindow(), policy,
-                                                       static_cast<double>(size[0]) / static_cast<double>(size[1]));
+    const GfRange2d window = CameraUtilConformedWindow(
+        frustum.GetWindow(), policy, static_cast<double>(size[0]) / static_cast<double>(size[1]));
     if (!isUsableWindow(window)) return {};
 
     const GfRotation& rotation = frustum.GetRotation();

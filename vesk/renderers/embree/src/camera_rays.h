@@ -16,7 +16,7 @@ namespace vesk::renderers::embree {
 struct ViewRay
 {
     Vec3 origin;
-    Vec3 direction; ///< unit length
+    Vec3 direction;     ///< unit length
     float tNear = 0.0f; ///< where the scene may begin, not negative
     float tFar = 0.0f;
     float tClip = 0.0f; ///< where the near plane lies; may be negative where the ray begins behind it

@@ -19,7 +19,8 @@ bool sameTime(double a, double b) { return a == b || (std::isnan(a) && std::isna
 
 bool operator==(const ExtractionRequest& a, const ExtractionRequest& b)
 {
-    return sameTime(a.time, b.time) && a.proxyPurpose == b.proxyPurpose && a.sceneMaterials == b.sceneMaterials;
+    return sameTime(a.time, b.time) && a.proxyPurpose == b.proxyPurpose &&
+           a.sceneMaterials == b.sceneMaterials;
 }
 
 // Places, visibility and purposes are read anew in every extraction; the others belong to a prim's shape.
@@ -31,10 +32,10 @@ bool shapesThePrim(const std::string& property)
 
 } // namespace
 
-DocumentScene::DocumentScene(const std::shared_ptr<UsdDocument>& document, std::shared_ptr<ShapeScenes> shapes)
+DocumentScene::DocumentScene(const std::shared_ptr<UsdDocument>& document,
+                             std::shared_ptr<ShapeScenes> shapes)
     : m_document(document), m_shapes(std::move(shapes))
-{
-}
+{}
 
 DocumentScene::~DocumentScene() = default;
 
@@ -42,9 +43,10 @@ void DocumentScene::connect()
 {
     if (const auto document = m_document.lock()) {
         // The listener holds no reference that keeps this alive, and none that could dangle.
-        m_listenerId = document->getEventBus()->subscribeListener([weak = weak_from_this()](const std::any& event) {
-            if (const auto self = weak.lock()) self->_onEvent(event);
-        });
+        m_listenerId =
+            document->getEventBus()->subscribeListener([weak = weak_from_this()](const std::any& event) {
+                if (const auto self = weak.lock()) self->_onEvent(event);
+            });
     }
 }
 
@@ -89,13 +91,15 @@ bool DocumentScene::_isCamera(const SdfPath& prim) const
     return m_snapshot && m_snapshot->cameraPaths.count(prim) > 0;
 }
 
-std::optional<PulledScene> DocumentScene::_remembered(const ExtractionRequest& request, const SdfPath& cameraPath)
+std::optional<PulledScene> DocumentScene::_remembered(const ExtractionRequest& request,
+                                                      const SdfPath& cameraPath)
 {
     const std::lock_guard lock(m_mutex);
     const bool isNewest = m_traceScene && &m_traceScene->snapshot() == m_snapshot.get();
     if (!isNewest || m_changes.scene || !(m_snapshotRequest == request)) return std::nullopt;
     if (cameraPath.IsEmpty()) return PulledScene{m_traceScene, std::nullopt};
-    if (m_camerasChanged || m_cameraPath != cameraPath || !sameTime(m_cameraTime, request.time)) return std::nullopt;
+    if (m_camerasChanged || m_cameraPath != cameraPath || !sameTime(m_cameraTime, request.time))
+        return std::nullopt;
     return PulledScene{m_traceScene, m_camera};
 }
 
@@ -114,7 +118,9 @@ base::Future<PulledScene> DocumentScene::pull(const ExtractionRequest& request, 
                [self, request, cameraPath](const DocumentExecContext& context) {
                    return self->_take(context, request, cameraPath);
                })
-        .then([self](const Pull& pull) { return PulledScene{self->_traced(pull.snapshot), pull.camera}; });
+        .then([self](const Pull& pull) {
+            return PulledScene{self->_traced(pull.snapshot), pull.camera};
+        });
 }
 
 DocumentScene::Pull DocumentScene::_take(const DocumentExecContext& context, const ExtractionRequest& request,
@@ -132,7 +138,8 @@ DocumentScene::Pull DocumentScene::_take(const DocumentExecContext& context, con
     _applyChanges(changes);
     const UsdStageRefPtr& stage = context.stage();
     if (!pull.snapshot) {
-        pull.snapshot = stage ? extractScene(stage, request, m_cache) : std::make_shared<const SceneSnapshot>();
+        pull.snapshot =
+            stage ? extractScene(stage, request, m_cache) : std::make_shared<const SceneSnapshot>();
     }
     if (stage && !cameraPath.IsEmpty()) pull.camera = extractCamera(stage, cameraPath, request.time);
     const std::lock_guard lock(m_mutex);

@@ -23,9 +23,9 @@ struct PulledScene
     std::optional<PXR_NS::GfCamera> camera; ///< of the path that was asked for, nothing where it names none
 };
 
-/// One document as one renderer sees it: takes snapshots on the document's task thread, remembers them until the
-/// stage changes, and builds what is traced on the default pool. It holds the document weakly and locks it only
-/// for posting. Thread: any.
+/// One document as one renderer sees it: takes snapshots on the document's task thread, remembers them until
+/// the stage changes, and builds what is traced on the default pool. It holds the document weakly and locks
+/// it only for posting. Thread: any.
 class DocumentScene : public std::enable_shared_from_this<DocumentScene>
 {
 public:
@@ -60,7 +60,8 @@ private:
     void _onEvent(const std::any& event);
     void _note(const framework::usd_document::StageChangesEvent& event);
     bool _isCamera(const PXR_NS::SdfPath& prim) const;
-    std::optional<PulledScene> _remembered(const ExtractionRequest& request, const PXR_NS::SdfPath& cameraPath);
+    std::optional<PulledScene> _remembered(const ExtractionRequest& request,
+                                           const PXR_NS::SdfPath& cameraPath);
     Pull _take(const framework::usd_document::DocumentExecContext& context, const ExtractionRequest& request,
                const PXR_NS::SdfPath& cameraPath);
     void _applyChanges(const Changes& changes);

@@ -80,7 +80,8 @@ public:
         if (!rendererId.empty() && rendererId != kRendererId) {
             const std::string text =
                 "the renderer 'embree' cannot become '" + rendererId + "'; it knows only itself: embree";
-            throw base::error_handling::Exception(std::make_error_code(std::errc::invalid_argument), text.c_str());
+            throw base::error_handling::Exception(std::make_error_code(std::errc::invalid_argument),
+                                                  text.c_str());
         }
         _applySettings(settings);
     }
@@ -182,13 +183,15 @@ public:
     {
         return startPick(m_core, x, y, radius);
     }
-    base::Future<GfVec4f> colorPicking(const std::pair<float, float>& position, const TfToken& aovName) override
+    base::Future<GfVec4f> colorPicking(const std::pair<float, float>& position,
+                                       const TfToken& aovName) override
     {
         return startColorPick(m_core, position.first, position.second, aovName);
     }
 
-    base::Future<void> captureFrame(const std::filesystem::path& path, const TfToken& aov, bool transparentBackground,
-                                    std::optional<GfVec4f> clearColor, int samples) override
+    base::Future<void> captureFrame(const std::filesystem::path& path, const TfToken& aov,
+                                    bool transparentBackground, std::optional<GfVec4f> clearColor,
+                                    int samples) override
     {
         AovCaptureRequest request;
         request.path = path;

@@ -36,8 +36,7 @@ public:
     Film() = default;
     explicit Film(const PXR_NS::GfVec2i& size)
         : m_size(size), m_pixels(static_cast<std::size_t>(size[0]) * static_cast<std::size_t>(size[1]))
-    {
-    }
+    {}
 
     const PXR_NS::GfVec2i& size() const { return m_size; }
     int width() const { return m_size[0]; }
@@ -45,7 +44,8 @@ public:
 
     std::size_t index(int x, int y) const
     {
-        return static_cast<std::size_t>(y) * static_cast<std::size_t>(m_size[0]) + static_cast<std::size_t>(x);
+        return static_cast<std::size_t>(y) * static_cast<std::size_t>(m_size[0]) +
+               static_cast<std::size_t>(x);
     }
 
     FilmPixel& pixel(std::size_t i) { return m_pixels[i]; }

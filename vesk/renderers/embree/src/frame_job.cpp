@@ -19,8 +19,10 @@ std::vector<Tile> tilesOf(const FrameSettings& settings)
     Tile area{0, 0, settings.size[0], settings.size[1]};
     const GfVec4i& w = settings.window;
     if (w[2] > 0 && w[3] > 0) {
-        const auto end = [](int from, int length) { return static_cast<int>(std::min<std::int64_t>(
-            static_cast<std::int64_t>(from) + length, 1 << 20)); };
+        const auto end = [](int from, int length) {
+            return static_cast<int>(
+                std::min<std::int64_t>(static_cast<std::int64_t>(from) + length, 1 << 20));
+        };
         area = {std::max(w[0], 0), std::max(w[1], 0), std::min(end(w[0], w[2]), area.x1),
                 std::min(end(w[1], w[3]), area.y1)};
     }

@@ -14,8 +14,8 @@
 
 namespace vesk::renderers::embree {
 
-/// One frame on its way: takes the scene, draws it pass by pass on the default pool and tells what came of it.
-/// Each pass is a piece of work of its own, so that picks and other work get their turn in between.
+/// One frame on its way: takes the scene, draws it pass by pass on the default pool and tells what came of
+/// it. Each pass is a piece of work of its own, so that picks and other work get their turn in between.
 class FrameJob : public PendingRequest, public std::enable_shared_from_this<FrameJob>
 {
 public:
@@ -79,7 +79,10 @@ public:
     WindowFrame(std::shared_ptr<RendererCore> core, framework::hydra_renderer::RenderParameters parameters,
                 bool refines);
 
-    base::Future<framework::hydra_renderer::HydraRenderJobResult> future() const { return m_promise.getFuture(); }
+    base::Future<framework::hydra_renderer::HydraRenderJobResult> future() const
+    {
+        return m_promise.getFuture();
+    }
     void abandon() override;
 
 protected:

@@ -10,7 +10,8 @@ constexpr float kFar = 1e30f;
 
 Vec3 rgb(const GfVec4f& c) { return {c[0], c[1], c[2]}; }
 
-void addRigLight(FrameLights& out, const GlfSimpleLight& light, const CameraRays& camera, const GfVec3d& origin)
+void addRigLight(FrameLights& out, const GlfSimpleLight& light, const CameraRays& camera,
+                 const GfVec3d& origin)
 {
     if (light.IsDomeLight()) {
         out.dome += rgb(light.GetDiffuse());
@@ -121,7 +122,8 @@ LightSample sampleSphere(const FrameLight& light, Vec3 point, Sample2 s)
 LightSample sampleRectangle(const FrameLight& light, Vec3 point, Sample2 s)
 {
     LightSample result;
-    const Vec3 place = light.center + light.edgeX * (2.0f * s.x - 1.0f) + light.edgeY * (2.0f * s.y - 1.0f) - point;
+    const Vec3 place =
+        light.center + light.edgeX * (2.0f * s.x - 1.0f) + light.edgeY * (2.0f * s.y - 1.0f) - point;
     const float d2 = std::max(dot(place, place), 1e-12f);
     result.distance = std::sqrt(d2) * 0.999f;
     result.direction = normalized(place);
@@ -134,8 +136,9 @@ LightSample sampleRectangle(const FrameLight& light, Vec3 point, Sample2 s)
 
 } // namespace
 
-FrameLights FrameLights::gather(const vesk::usd::hydra_renderer::LightingInfo& info, const SceneSnapshot& scene,
-                                const CameraRays& camera, const GfVec3d& sceneOrigin)
+FrameLights FrameLights::gather(const vesk::usd::hydra_renderer::LightingInfo& info,
+                                const SceneSnapshot& scene, const CameraRays& camera,
+                                const GfVec3d& sceneOrigin)
 {
     FrameLights out;
     if (scene.zUp) out.up = Vec3(0.0f, 0.0f, 1.0f);

@@ -13,10 +13,15 @@ namespace vesk::renderers::embree {
 /// One light as the shading sees it, in the ray tracer's space.
 struct FrameLight
 {
-    enum class Kind : std::uint8_t { Distant, Sphere, Rectangle };
+    enum class Kind : std::uint8_t
+    {
+        Distant,
+        Sphere,
+        Rectangle
+    };
     Kind kind = Kind::Distant;
-    Vec3 color;    ///< distant: the light that falls on a facing surface; others: radiance
-    Vec3 toLight;  ///< of distant lights, unit length
+    Vec3 color;          ///< distant: the light that falls on a facing surface; others: radiance
+    Vec3 toLight;        ///< of distant lights, unit length
     float spread = 0.0f; ///< of distant lights: tangent of half their angle
     Vec3 center;
     float radius = 0.0f;
@@ -28,7 +33,7 @@ struct FrameLight
 /// What reaches a point from one light.
 struct LightSample
 {
-    Vec3 direction;  ///< unit length, towards the light
+    Vec3 direction; ///< unit length, towards the light
     float distance = 0.0f;
     Vec3 irradiance; ///< on a surface that faces `direction`, divided by pi
 };

@@ -15,11 +15,27 @@
 
 namespace vesk::renderers::embree {
 
-enum class DrawMode : std::uint8_t { ShadedSmooth, ShadedFlat, Wireframe, WireframeOnSurface, Points };
+enum class DrawMode : std::uint8_t
+{
+    ShadedSmooth,
+    ShadedFlat,
+    Wireframe,
+    WireframeOnSurface,
+    Points
+};
 
-enum class DebugMode : std::uint8_t { None, Depth, Normal, PrimId, ElementId, InstanceId };
+enum class DebugMode : std::uint8_t
+{
+    None,
+    Depth,
+    Normal,
+    PrimId,
+    ElementId,
+    InstanceId
+};
 
-/// Everything that the picture of one frame depends on besides the scene: a value, copied from the setters' state.
+/// Everything that the picture of one frame depends on besides the scene: a value, copied from the setters'
+/// state.
 struct FrameSettings
 {
     PXR_NS::GfVec2i size{0, 0};

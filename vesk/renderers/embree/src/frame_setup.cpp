@@ -28,8 +28,9 @@ std::unique_ptr<FrameView> makeFrameView(const FrameSettings& settings, const Pu
     const auto rays = CameraRays::make(camera, settings.fitPolicy, settings.size, pulled.scene->origin(),
                                        pulled.scene->radius());
     if (!rays) {
-        failInvalid("the camera has no usable view; its transform and apertures must be finite and its near plane "
-                    "must lie before its far plane");
+        failInvalid(
+            "the camera has no usable view; its transform and apertures must be finite and its near plane "
+            "must lie before its far plane");
     }
     return std::make_unique<FrameView>(pulled.scene, settings, *rays);
 }

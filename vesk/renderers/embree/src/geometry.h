@@ -7,8 +7,16 @@
 
 namespace vesk::renderers::embree {
 
-/// How the values of a primvar spread over a surface. `varying` is `Vertex` here: they agree for what is drawn.
-enum class Interpolation : std::uint8_t { None, Constant, Uniform, Vertex, FaceVarying };
+/// How the values of a primvar spread over a surface. `varying` is `Vertex` here: they agree for what is
+/// drawn.
+enum class Interpolation : std::uint8_t
+{
+    None,
+    Constant,
+    Uniform,
+    Vertex,
+    FaceVarying
+};
 
 /// Values over a surface, already expanded through their indices.
 template <class T>
@@ -20,7 +28,8 @@ struct Primvar
     bool empty() const { return interpolation == Interpolation::None; }
 };
 
-enum class GeometryKind : std::uint8_t {
+enum class GeometryKind : std::uint8_t
+{
     Triangles,
     Spheres, ///< one sphere a point
     Curves   ///< round linear segments
@@ -40,10 +49,11 @@ struct Geometry
     std::vector<float> radii; ///< of spheres and curves, one a point
 
     std::vector<Triangle> triangles;
-    std::vector<std::uint32_t> corners;      ///< three a triangle: its corners among the authored face corners
-    std::vector<std::uint32_t> faces;        ///< one a triangle: the authored face
-    std::vector<std::uint8_t> outlineEdges;  ///< one a triangle: bit i is set where edge i, i+1 bounds the face
-    std::vector<std::uint32_t> segments;     ///< first point of each curve segment
+    std::vector<std::uint32_t> corners; ///< three a triangle: its corners among the authored face corners
+    std::vector<std::uint32_t> faces;   ///< one a triangle: the authored face
+    std::vector<std::uint8_t>
+        outlineEdges;                    ///< one a triangle: bit i is set where edge i, i+1 bounds the face
+    std::vector<std::uint32_t> segments; ///< first point of each curve segment
     std::vector<std::uint32_t> segmentCurve; ///< one a segment: the curve that it belongs to
 
     Primvar<Vec3> normals;
@@ -71,7 +81,8 @@ T interpolate(const Geometry& geometry, const Primvar<T>& primvar, std::uint32_t
         return primvar.values[geometry.faces[triangle]];
     case Interpolation::Vertex: {
         const Triangle& t = geometry.triangles[triangle];
-        return primvar.values[t.point[0]] * w + primvar.values[t.point[1]] * u + primvar.values[t.point[2]] * v;
+        return primvar.values[t.point[0]] * w + primvar.values[t.point[1]] * u +
+               primvar.values[t.point[2]] * v;
     }
     case Interpolation::FaceVarying: {
         const std::uint32_t* c = &geometry.corners[3 * static_cast<std::size_t>(triangle)];

@@ -9,8 +9,8 @@
 
 namespace vesk::renderers::embree {
 
-/// The shapes that were read from a stage, by the path of their prim, so that an edit or a new time reads only
-/// what changed. Thread: the document's task thread, one extraction at a time.
+/// The shapes that were read from a stage, by the path of their prim, so that an edit or a new time reads
+/// only what changed. Thread: the document's task thread, one extraction at a time.
 class GeometryCache
 {
 public:

@@ -9,7 +9,10 @@ PXR_NAMESPACE_USING_DIRECTIVE
 namespace vesk::renderers::embree {
 namespace {
 
-Vec3 workingColor(const GfVec4f& c, bool corrected) { return displayToWorking(Vec3(c[0], c[1], c[2]), corrected); }
+Vec3 workingColor(const GfVec4f& c, bool corrected)
+{
+    return displayToWorking(Vec3(c[0], c[1], c[2]), corrected);
+}
 
 // How far a coordinate lies from the nearest line.
 double toLine(double coordinate, double spacing)
@@ -28,13 +31,18 @@ Grid::Grid(const FrameSettings& settings, const SceneSnapshot& scene, const Came
            const GfVec3d& sceneOrigin, float sceneRadius)
     : m_enabled(settings.gridEnabled && !settings.presentation && !settings.transparentBackground &&
                 settings.gridThickness > 0.0f),
-      m_zUp(scene.zUp), m_perspective(camera.isPerspective()), m_origin(sceneOrigin),
-      m_spacing(gridSpacing(sceneRadius)), m_reach(sceneRadius * 8.0f), m_thickness(settings.gridThickness),
-      m_pixelWidth(camera.pixelWidth()), m_above(workingColor(settings.gridAboveColor, settings.colorCorrection)),
+      m_zUp(scene.zUp),
+      m_perspective(camera.isPerspective()),
+      m_origin(sceneOrigin),
+      m_spacing(gridSpacing(sceneRadius)),
+      m_reach(sceneRadius * 8.0f),
+      m_thickness(settings.gridThickness),
+      m_pixelWidth(camera.pixelWidth()),
+      m_above(workingColor(settings.gridAboveColor, settings.colorCorrection)),
       m_below(workingColor(settings.gridBelowColor, settings.colorCorrection)),
-      m_aboveAlpha(settings.gridAboveColor[3]), m_belowAlpha(settings.gridBelowColor[3])
-{
-}
+      m_aboveAlpha(settings.gridAboveColor[3]),
+      m_belowAlpha(settings.gridBelowColor[3])
+{}
 
 // A line of the wanted width, softened over one pixel and fading where lines come closer than pixels.
 float Grid::_coverage(double coordinate, double spacing, float pixel) const
@@ -71,7 +79,8 @@ Grid::Crossing Grid::cross(const ViewRay& ray) const
     const float pixelY = pixel * (1.0f + (lean - 1.0f) * std::abs(d[b]));
 
     const float fine = std::max(_coverage(x, m_spacing, pixelX), _coverage(y, m_spacing, pixelY));
-    const float coarse = std::max(_coverage(x, 10.0 * m_spacing, pixelX), _coverage(y, 10.0 * m_spacing, pixelY));
+    const float coarse =
+        std::max(_coverage(x, 10.0 * m_spacing, pixelX), _coverage(y, 10.0 * m_spacing, pixelY));
     const double fromCenter = std::hypot(x - m_origin[a], y - m_origin[b]) / m_reach;
     const auto fade = static_cast<float>(std::clamp(1.0 - fromCenter * fromCenter, 0.0, 1.0));
     const bool fromAbove = slope < 0.0;

@@ -34,7 +34,12 @@ namespace fs = std::filesystem;
                                           ("cannot write the image '" + path.string() + "'").c_str());
 }
 
-enum class Format { Png, Exr, Unknown };
+enum class Format
+{
+    Png,
+    Exr,
+    Unknown
+};
 
 Format formatOf(const fs::path& path)
 {
@@ -91,8 +96,9 @@ bool encodePng(std::FILE* file, png_structp png, png_infop info, int width, int 
 {
     if (setjmp(png_jmpbuf(png))) return false;
     png_init_io(png, file);
-    png_set_IHDR(png, info, static_cast<png_uint_32>(width), static_cast<png_uint_32>(height), 8, PNG_COLOR_TYPE_RGBA,
-                 PNG_INTERLACE_NONE, PNG_COMPRESSION_TYPE_DEFAULT, PNG_FILTER_TYPE_DEFAULT);
+    png_set_IHDR(png, info, static_cast<png_uint_32>(width), static_cast<png_uint_32>(height), 8,
+                 PNG_COLOR_TYPE_RGBA, PNG_INTERLACE_NONE, PNG_COMPRESSION_TYPE_DEFAULT,
+                 PNG_FILTER_TYPE_DEFAULT);
     png_set_compression_level(png, 4);
     png_write_info(png, info);
     png_write_image(png, rows);
@@ -112,7 +118,8 @@ void writePng(const fs::path& path, const framework::hydra_renderer::AovBuffer& 
     errno = 0;
     png_structp png = png_create_write_struct(PNG_LIBPNG_VER_STRING, nullptr, onPngError, onPngWarning);
     png_infop info = png ? png_create_info_struct(png) : nullptr;
-    const bool encoded = info && encodePng(file.get(), png, info, buffer.size[0], buffer.size[1], rows.data());
+    const bool encoded =
+        info && encodePng(file.get(), png, info, buffer.size[0], buffer.size[1], rows.data());
     const int error = errno;
     png_destroy_write_struct(&png, &info);
     if (!encoded) failToWrite(path, error);
@@ -150,15 +157,17 @@ void writeExr(const fs::path& path, const Film& film, const FrameSettings& setti
     std::vector<float> values(film.pixelCount() * count);
     for (std::size_t i = 0; i < film.pixelCount(); ++i) {
         const OutputPixel pixel = exrPixel(film, settings, output, i);
-        std::copy(pixel.channel, pixel.channel + count, values.begin() + static_cast<std::ptrdiff_t>(i * count));
+        std::copy(pixel.channel, pixel.channel + count,
+                  values.begin() + static_cast<std::ptrdiff_t>(i * count));
     }
     Imf::Header header(film.width(), film.height());
     header.compression() = Imf::ZIP_COMPRESSION;
     Imf::FrameBuffer frame;
     for (std::size_t c = 0; c < count; ++c) {
         header.channels().insert(names[c], Imf::Channel(Imf::FLOAT));
-        frame.insert(names[c], Imf::Slice(Imf::FLOAT, reinterpret_cast<char*>(values.data() + c), count * sizeof(float),
-                                          count * sizeof(float) * static_cast<std::size_t>(film.width())));
+        frame.insert(names[c],
+                     Imf::Slice(Imf::FLOAT, reinterpret_cast<char*>(values.data() + c), count * sizeof(float),
+                                count * sizeof(float) * static_cast<std::size_t>(film.width())));
     }
     errno = 0;
     try {
@@ -188,8 +197,8 @@ void checkTarget(const fs::path& path, const TfToken& aov)
              "cannot tell the image format of '" + path.string() + "'; use a name that ends in .png or .exr");
     }
     if (format == Format::Png && *output != Output::Color) {
-        fail(std::errc::invalid_argument, "the output '" + aov.GetString() + "' holds floats and '" + path.string() +
-                                              "' cannot; use a name that ends in .exr");
+        fail(std::errc::invalid_argument, "the output '" + aov.GetString() + "' holds floats and '" +
+                                              path.string() + "' cannot; use a name that ends in .exr");
     }
     std::error_code error;
     const fs::path folder = path.has_parent_path() ? path.parent_path() : fs::path(".");
@@ -198,7 +207,8 @@ void checkTarget(const fs::path& path, const TfToken& aov)
              "cannot write the image '" + path.string() + "', its folder does not exist");
     }
     if (fs::is_directory(path, error)) {
-        fail(std::errc::is_a_directory, "cannot write the image '" + path.string() + "', a folder has that name");
+        fail(std::errc::is_a_directory,
+             "cannot write the image '" + path.string() + "', a folder has that name");
     }
 }
 

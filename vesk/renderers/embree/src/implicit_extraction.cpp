@@ -29,7 +29,8 @@ Geometry makeShape(const UsdPrim& prim, UsdTimeCode time, std::string& problem)
     const double radius = readLength(prim, "radius", time, type == "Capsule" ? 0.5 : 1.0);
     const double bottom = readLength(prim, "radiusBottom", time, type == "Capsule_1" ? 0.5 : 1.0);
     const double top = readLength(prim, "radiusTop", time, type == "Capsule_1" ? 0.5 : 1.0);
-    const double height = readLength(prim, "height", time, type == "Capsule" || type == "Capsule_1" ? 1.0 : 2.0);
+    const double height =
+        readLength(prim, "height", time, type == "Capsule" || type == "Capsule_1" ? 1.0 : 2.0);
     const double size = readLength(prim, "size", time, 2.0);
     const double width = readLength(prim, "width", time, 2.0);
     const double length = readLength(prim, "length", time, 2.0);

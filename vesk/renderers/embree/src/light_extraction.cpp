@@ -28,14 +28,16 @@ std::optional<StageLight> readStageLight(const UsdPrim& prim, const GfMatrix4d& 
     StageLight light;
     light.kind = *kind;
     light.localToWorld = toWorld;
-    const float intensity = readAttribute(prim, "inputs:intensity", time, type == "DistantLight" ? 50000.0f : 1.0f);
+    const float intensity =
+        readAttribute(prim, "inputs:intensity", time, type == "DistantLight" ? 50000.0f : 1.0f);
     const float exposure = readAttribute(prim, "inputs:exposure", time, 0.0f);
     const GfVec3f color = readAttribute(prim, "inputs:color", time, GfVec3f(1.0f));
     light.color = Vec3(color) * (intensity * std::exp2(exposure));
     light.radius = readAttribute(prim, "inputs:radius", time, 0.5f);
     light.width = readAttribute(prim, "inputs:width", time, 1.0f);
     light.height = readAttribute(prim, "inputs:height", time, 1.0f);
-    if (type == "DiskLight") light.width = light.height = light.radius * 1.7724539f; // a square of the disk's area
+    if (type == "DiskLight")
+        light.width = light.height = light.radius * 1.7724539f; // a square of the disk's area
     light.angleDegrees = readAttribute(prim, "inputs:angle", time, 0.53f);
     light.normalize = readAttribute(prim, "inputs:normalize", time, false);
     light.castsShadows = readAttribute(prim, "inputs:shadow:enable", time, true);

@@ -51,7 +51,8 @@ bool readsDisplayColor(const UsdPrim& shader, const char* name)
     const UsdAttribute source = sourceOf(shader.GetAttribute(TfToken(name)));
     if (!source || source.GetPrim() == shader) return false;
     const UsdPrim reader = source.GetPrim();
-    if (readAttribute(reader, "info:id", UsdTimeCode::Default(), TfToken()) != "UsdPrimvarReader_float3") return false;
+    if (readAttribute(reader, "info:id", UsdTimeCode::Default(), TfToken()) != "UsdPrimvarReader_float3")
+        return false;
     const UsdAttribute varname = sourceOf(reader.GetAttribute(TfToken("inputs:varname")));
     std::string text;
     TfToken token;
@@ -80,12 +81,15 @@ std::optional<Material> readMaterial(const UsdPrim& prim, UsdTimeCode time)
 {
     if (!prim) return std::nullopt;
     const UsdPrim shader = surfaceShader(prim);
-    if (!shader || readAttribute(shader, "info:id", time, TfToken()) != "UsdPreviewSurface") return std::nullopt;
+    if (!shader || readAttribute(shader, "info:id", time, TfToken()) != "UsdPreviewSurface")
+        return std::nullopt;
     Material material;
     material.usesDisplayColor = readsDisplayColor(shader, "inputs:diffuseColor");
     material.diffuse = Vec3(0.18f);
-    if (const auto color = readInput<GfVec3f>(shader, "inputs:diffuseColor", time)) material.diffuse = Vec3(*color);
-    if (const auto color = readInput<GfVec3f>(shader, "inputs:emissiveColor", time)) material.emission = Vec3(*color);
+    if (const auto color = readInput<GfVec3f>(shader, "inputs:diffuseColor", time))
+        material.diffuse = Vec3(*color);
+    if (const auto color = readInput<GfVec3f>(shader, "inputs:emissiveColor", time))
+        material.emission = Vec3(*color);
     if (const auto v = readInput<float>(shader, "inputs:roughness", time)) material.roughness = *v;
     if (const auto v = readInput<float>(shader, "inputs:metallic", time)) material.metallic = *v;
     if (const auto v = readInput<float>(shader, "inputs:opacity", time)) material.opacity = *v;

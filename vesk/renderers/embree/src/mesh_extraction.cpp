@@ -181,15 +181,18 @@ bool allFinite(const std::vector<Vec3>& points)
 Vec3 cubicPoint(const Vec3* p, float t, bool bezier, bool catmullRom)
 {
     const float s = 1.0f - t;
-    if (bezier) return p[0] * (s * s * s) + p[1] * (3 * s * s * t) + p[2] * (3 * s * t * t) + p[3] * (t * t * t);
+    if (bezier)
+        return p[0] * (s * s * s) + p[1] * (3 * s * s * t) + p[2] * (3 * s * t * t) + p[3] * (t * t * t);
     const float t2 = t * t;
     const float t3 = t2 * t;
     if (catmullRom) {
         return (p[0] * (-t3 + 2 * t2 - t) + p[1] * (3 * t3 - 5 * t2 + 2) + p[2] * (-3 * t3 + 4 * t2 + t) +
-                p[3] * (t3 - t2)) * 0.5f;
+                p[3] * (t3 - t2)) *
+               0.5f;
     }
     return (p[0] * (s * s * s) + p[1] * (3 * t3 - 6 * t2 + 4) + p[2] * (-3 * t3 + 3 * t2 + 3 * t + 1) +
-            p[3] * t3) * (1.0f / 6.0f);
+            p[3] * t3) *
+           (1.0f / 6.0f);
 }
 
 struct CurveBasis
@@ -218,7 +221,9 @@ void sampleCurve(const std::vector<Vec3>& points, const std::vector<float>& radi
                  std::size_t count, const CurveBasis& basis, std::vector<Vec3>& outPoints,
                  std::vector<float>& outRadii)
 {
-    const auto at = [&](std::size_t i) { return first + (basis.periodic ? i % count : std::min(i, count - 1)); };
+    const auto at = [&](std::size_t i) {
+        return first + (basis.periodic ? i % count : std::min(i, count - 1));
+    };
     if (!basis.cubic) {
         for (std::size_t i = 0; i < count + (basis.periodic ? 1 : 0); ++i) {
             outPoints.push_back(points[at(i)]);
@@ -289,7 +294,8 @@ ShapeReading readCurves(const UsdPrim& prim, UsdTimeCode time)
         first += count;
     }
     readDisplayPrimvars(prim, time, counts.size(), points.size(), points.size(), g);
-    if (g.colors.interpolation == Interpolation::Vertex || g.colors.interpolation == Interpolation::FaceVarying) {
+    if (g.colors.interpolation == Interpolation::Vertex ||
+        g.colors.interpolation == Interpolation::FaceVarying) {
         g.colors.values.resize(1);
         g.colors.interpolation = Interpolation::Constant;
     }

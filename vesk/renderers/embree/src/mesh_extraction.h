@@ -30,8 +30,8 @@ ShapeReading readCurves(const PXR_NS::UsdPrim& prim, PXR_NS::UsdTimeCode time);
 /// Reads an implicit shape (Sphere, Cube, Cone, Cylinder, Capsule, Plane).
 ShapeReading readImplicitShape(const PXR_NS::UsdPrim& prim, PXR_NS::UsdTimeCode time);
 
-/// Reads the display colour and opacity of a prim into its shape; values that do not fit its counts are dropped.
-/// \param faces,points,corners counts of the authored shape
+/// Reads the display colour and opacity of a prim into its shape; values that do not fit its counts are
+/// dropped. \param faces,points,corners counts of the authored shape
 void readDisplayPrimvars(const PXR_NS::UsdPrim& prim, PXR_NS::UsdTimeCode time, std::size_t faces,
                          std::size_t points, std::size_t corners, Geometry& geometry);
 

@@ -51,7 +51,8 @@ std::vector<Probe> ringOfProbes(const GfVec2i& size, float x, float y, float inn
 
 PickingResult describe(const FrameView& view, const ViewRay& ray, const SurfaceHit& hit)
 {
-    const SurfacePoint s = surfaceAt(*view.scene, hit, ray.origin, ray.direction, view.defaultMaterial, false);
+    const SurfacePoint s =
+        surfaceAt(*view.scene, hit, ray.origin, ray.direction, view.defaultMaterial, false);
     const SceneItem& item = *view.scene->items()[hit.item].item;
     PickingResult result;
     result.hit = true;
@@ -181,17 +182,20 @@ base::Future<T> startRequest(const std::shared_ptr<RendererCore>& core, Answer a
 
 } // namespace
 
-base::Future<PickingResult> startPick(const std::shared_ptr<RendererCore>& core, float x, float y, float radius)
+base::Future<PickingResult> startPick(const std::shared_ptr<RendererCore>& core, float x, float y,
+                                      float radius)
 {
-    return startRequest<PickingResult>(core,
-                                       [x, y, radius](const FrameView& view) { return pickAt(view, x, y, radius); });
+    return startRequest<PickingResult>(
+        core, [x, y, radius](const FrameView& view) { return pickAt(view, x, y, radius); });
 }
 
-base::Future<GfVec4f> startColorPick(const std::shared_ptr<RendererCore>& core, float x, float y, const TfToken& aov)
+base::Future<GfVec4f> startColorPick(const std::shared_ptr<RendererCore>& core, float x, float y,
+                                     const TfToken& aov)
 {
     const std::optional<Output> output = outputOf(aov);
     if (!output) {
-        const std::string text = "unknown render output '" + aov.GetString() + "'; known outputs: " + knownOutputs();
+        const std::string text =
+            "unknown render output '" + aov.GetString() + "'; known outputs: " + knownOutputs();
         return base::makeFailedFuture<GfVec4f>(std::make_exception_ptr(base::error_handling::Exception(
             std::make_error_code(std::errc::invalid_argument), text.c_str())));
     }

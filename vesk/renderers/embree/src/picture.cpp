@@ -127,7 +127,9 @@ AovBuffer readBuffer(const Film& film, const FrameSettings& settings, Output out
     AovBuffer buffer;
     buffer.size = film.size();
     buffer.channels = channelsOf(output);
-    buffer.format = output == Output::Color ? AovFormat::UNorm8 : isId ? AovFormat::Int32 : AovFormat::Float32;
+    buffer.format = output == Output::Color ? AovFormat::UNorm8
+                    : isId                  ? AovFormat::Int32
+                                            : AovFormat::Float32;
     auto bytes = std::make_shared<std::vector<std::uint8_t>>();
     const std::size_t valueSize = output == Output::Color ? 1 : 4;
     bytes->resize(film.pixelCount() * static_cast<std::size_t>(buffer.channels) * valueSize);
@@ -164,7 +166,8 @@ std::uint8_t outlineAt(const Film& film, const std::vector<std::uint8_t>& marks,
     std::uint8_t mark = 0;
     for (int dy = -width; dy <= width; ++dy) {
         for (int dx = -width; dx <= width; ++dx) {
-            if (dx * dx + dy * dy <= width * width) mark = std::max(mark, markAt(film, marks, x + dx, y + dy));
+            if (dx * dx + dy * dy <= width * width)
+                mark = std::max(mark, markAt(film, marks, x + dx, y + dy));
         }
     }
     return mark;
@@ -180,7 +183,8 @@ void blendOver(FilmPixel& pixel, Vec3 color, float alpha, float samples)
 
 void drawOutlines(Film& film, const FrameSettings& settings, const std::vector<std::uint8_t>& marks)
 {
-    const int width = std::clamp(static_cast<int>(std::lround(std::clamp(settings.outlineThickness, 0.0f, 32.0f))), 0, 32);
+    const int width =
+        std::clamp(static_cast<int>(std::lround(std::clamp(settings.outlineThickness, 0.0f, 32.0f))), 0, 32);
     const GfVec4f* colors[3] = {nullptr, &settings.selectionColor, &settings.highlightColor};
     const auto samples = static_cast<float>(film.samples);
     for (int y = 0; y < film.height(); ++y) {
@@ -190,8 +194,8 @@ void drawOutlines(Film& film, const FrameSettings& settings, const std::vector<s
             if (!mark) continue;
             const GfVec4f& c = *colors[mark];
             const float strength = std::clamp(c[3], 0.0f, 1.0f) * (own ? 0.15f : 1.0f);
-            blendOver(film.pixel(film.index(x, y)), displayToWorking(Vec3(c[0], c[1], c[2]), settings.colorCorrection),
-                      strength, samples);
+            blendOver(film.pixel(film.index(x, y)),
+                      displayToWorking(Vec3(c[0], c[1], c[2]), settings.colorCorrection), strength, samples);
         }
     }
 }

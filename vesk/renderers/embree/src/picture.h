@@ -12,7 +12,17 @@
 namespace vesk::renderers::embree {
 
 /// The render outputs of this renderer.
-enum class Output : std::uint8_t { Color, Depth, LinearDepth, Normal, EyeNormal, PrimId, InstanceId, ElementId };
+enum class Output : std::uint8_t
+{
+    Color,
+    Depth,
+    LinearDepth,
+    Normal,
+    EyeNormal,
+    PrimId,
+    InstanceId,
+    ElementId
+};
 
 /// The output of a Hydra name (color, depth, linearDepth or cameraDepth, normal, Neye, primId, instanceId,
 /// elementId); nothing for another name.
@@ -27,9 +37,9 @@ struct OutputPixel
     float channel[4] = {0.0f, 0.0f, 0.0f, 1.0f};
 };
 
-/// One pixel of an output. Colour is encoded for display where colour correction is on, blended over the clear
-/// colour, and not multiplied by its opacity. Where nothing is hit, depth is 1, linear depth infinite, normals are
-/// 0 and ids -1.
+/// One pixel of an output. Colour is encoded for display where colour correction is on, blended over the
+/// clear colour, and not multiplied by its opacity. Where nothing is hit, depth is 1, linear depth infinite,
+/// normals are 0 and ids -1.
 OutputPixel readPixel(const Film& film, const FrameSettings& settings, Output output, std::size_t pixel);
 
 /// One pixel of the colour before it is encoded for display, multiplied by its opacity.

@@ -13,10 +13,10 @@ using framework::hydra_renderer::FrameRenderedEvent;
 using framework::usd_document::UsdDocument;
 
 RendererCore::RendererCore(unsigned int viewportId, std::function<bool(int, float, bool)> progress)
-    : callbacks(std::move(progress)), m_viewportId(viewportId),
+    : callbacks(std::move(progress)),
+      m_viewportId(viewportId),
       m_shapes(std::make_shared<ShapeScenes>(std::make_shared<Device>()))
-{
-}
+{}
 
 RendererCore::~RendererCore() = default;
 
@@ -101,7 +101,8 @@ GfCamera RendererCore::cameraOf(const FrameSettings& settings, const PulledScene
     throw base::error_handling::Exception(std::make_error_code(std::errc::invalid_argument), text.c_str());
 }
 
-void RendererCore::announce(const std::shared_ptr<DocumentScene>& scene, std::uint64_t frameIndex, bool converged)
+void RendererCore::announce(const std::shared_ptr<DocumentScene>& scene, std::uint64_t frameIndex,
+                            bool converged)
 {
     if (m_closed) return;
     // The bus is the locked document's own: the one that was given at creation dies with its document.

@@ -22,8 +22,8 @@ public:
     virtual void abandon() = 0;
 };
 
-/// What a renderer and the work that it started share; it lives as long as any of them. Frames and captures are
-/// drawn one after another, picks in between. Thread: any.
+/// What a renderer and the work that it started share; it lives as long as any of them. Frames and captures
+/// are drawn one after another, picks in between. Thread: any.
 class RendererCore : public std::enable_shared_from_this<RendererCore>
 {
 public:
@@ -52,8 +52,8 @@ public:
     /// Takes the scene for a set of settings.
     static base::Future<PulledScene> pull(const RendererState::Copy& copy);
 
-    /// The camera of the settings, or the one that was read at its path; the last one that could be read where
-    /// the path names none any more. Throws: `Exception` where there was never one.
+    /// The camera of the settings, or the one that was read at its path; the last one that could be read
+    /// where the path names none any more. Throws: `Exception` where there was never one.
     PXR_NS::GfCamera cameraOf(const FrameSettings& settings, const PulledScene& pulled);
 
     /// Sends a `FrameRenderedEvent` on the bus of the document that is shown and calls the host's callback.

@@ -63,7 +63,8 @@ void HostCallbacks::close()
     std::unique_lock lock(m_mutex);
     m_closed = true;
     m_idle.wait(lock, [&] {
-        return std::all_of(m_running.begin(), m_running.end(), [&](std::thread::id id) { return id == self; });
+        return std::all_of(m_running.begin(), m_running.end(),
+                           [&](std::thread::id id) { return id == self; });
     });
 }
 

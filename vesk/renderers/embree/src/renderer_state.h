@@ -66,7 +66,8 @@ private:
 class HostCallbacks
 {
 public:
-    explicit HostCallbacks(std::function<bool(int, float, bool)> progress) : m_progress(std::move(progress)) {}
+    explicit HostCallbacks(std::function<bool(int, float, bool)> progress) : m_progress(std::move(progress))
+    {}
 
     void setAfterRender(const std::function<void(bool)>& callback);
 

@@ -24,8 +24,8 @@ inline std::uint32_t hash(std::uint32_t v)
     return v;
 }
 
-/// The i-th point of an evenly spread sequence (the additive recurrence of the plastic number), shifted by a seed.
-/// The same arguments give the same point, so that pictures are the same from run to run.
+/// The i-th point of an evenly spread sequence (the additive recurrence of the plastic number), shifted by a
+/// seed. The same arguments give the same point, so that pictures are the same from run to run.
 inline Sample2 sequencePoint(std::uint32_t i, std::uint32_t seed)
 {
     constexpr double a1 = 0.7548776662466927;
@@ -65,8 +65,8 @@ inline Vec3 cosineDirection(Vec3 n, Sample2 s)
     basisAround(n, t, b);
     const float r = std::sqrt(s.x);
     const float phi = 6.2831853f * s.y;
-    return normalized(t * (r * std::cos(phi)) + b * (r * std::sin(phi)) + n * std::sqrt(std::max(0.0f, 1.0f - s.x)),
-                      n);
+    return normalized(
+        t * (r * std::cos(phi)) + b * (r * std::sin(phi)) + n * std::sqrt(std::max(0.0f, 1.0f - s.x)), n);
 }
 
 } // namespace vesk::renderers::embree

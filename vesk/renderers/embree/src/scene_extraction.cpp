@@ -19,14 +19,20 @@ PXR_NAMESPACE_USING_DIRECTIVE
 namespace vesk::renderers::embree {
 namespace {
 
-enum class PrimKind { Other, Mesh, Points, Curves, Implicit };
+enum class PrimKind
+{
+    Other,
+    Mesh,
+    Points,
+    Curves,
+    Implicit
+};
 
 PrimKind kindOf(const TfToken& type)
 {
-    static const std::array<TfToken, 8> implicit = {TfToken("Sphere"),     TfToken("Cube"),
-                                                    TfToken("Cone"),       TfToken("Cylinder"),
-                                                    TfToken("Cylinder_1"), TfToken("Capsule"),
-                                                    TfToken("Capsule_1"),  TfToken("Plane")};
+    static const std::array<TfToken, 8> implicit = {
+        TfToken("Sphere"),     TfToken("Cube"),    TfToken("Cone"),      TfToken("Cylinder"),
+        TfToken("Cylinder_1"), TfToken("Capsule"), TfToken("Capsule_1"), TfToken("Plane")};
     static const TfToken mesh("Mesh");
     static const TfToken points("Points");
     static const TfToken curves("BasisCurves");
@@ -42,9 +48,9 @@ struct Inherited
 {
     GfMatrix4d toWorld{1.0};
     TfToken purpose;        ///< the nearest authored one, empty while there is none
-    Primvar<Vec3> color;      ///< a constant display colour
-    Primvar<float> opacity;   ///< a constant display opacity
-    SdfPath material;         ///< the bound material
+    Primvar<Vec3> color;    ///< a constant display colour
+    Primvar<float> opacity; ///< a constant display opacity
+    SdfPath material;       ///< the bound material
     bool materialIsStronger = false;
 };
 
@@ -53,8 +59,7 @@ class Walker
 public:
     Walker(const UsdStageRefPtr& stage, const ExtractionRequest& request, GeometryCache& cache)
         : m_stage(stage), m_request(request), m_time(toTimeCode(request.time)), m_cache(cache)
-    {
-    }
+    {}
 
     std::shared_ptr<const SceneSnapshot> walk()
     {
@@ -89,7 +94,8 @@ private:
         _applyTransform(prim, state);
         _applyPurpose(prim, state);
         _applyPrimvars(prim, state);
-        if (m_request.sceneMaterials) state.material = boundMaterial(prim, state.material, state.materialIsStronger);
+        if (m_request.sceneMaterials)
+            state.material = boundMaterial(prim, state.material, state.materialIsStronger);
         if (prim.IsA<UsdGeomCamera>()) m_snapshot->cameraPaths.insert(prim.GetPath());
         if (_purposeIsShown(state.purpose)) _addItem(prim, state);
         if (auto light = readStageLight(prim, state.toWorld, m_time)) m_snapshot->lights.push_back(*light);
@@ -196,7 +202,8 @@ private:
         for (int corner = 0; corner < 8; ++corner) {
             const Vec3 low = item.geometry->lower;
             const Vec3 high = item.geometry->upper;
-            const Vec3 p(corner & 1 ? high.x : low.x, corner & 2 ? high.y : low.y, corner & 4 ? high.z : low.z);
+            const Vec3 p(corner & 1 ? high.x : low.x, corner & 2 ? high.y : low.y,
+                         corner & 4 ? high.z : low.z);
             const GfVec3d world = item.localToWorld.Transform(p.toGfd());
             if (!(world.GetLength() < 1e18)) {
                 VESK_LOG_WARN("Prim {} lies at a place that is not finite and is not drawn",
@@ -227,8 +234,8 @@ private:
 
 } // namespace
 
-std::shared_ptr<const SceneSnapshot> extractScene(const UsdStageRefPtr& stage, const ExtractionRequest& request,
-                                                  GeometryCache& cache)
+std::shared_ptr<const SceneSnapshot> extractScene(const UsdStageRefPtr& stage,
+                                                  const ExtractionRequest& request, GeometryCache& cache)
 {
     return Walker(stage, request, cache).walk();
 }

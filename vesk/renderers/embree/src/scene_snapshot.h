@@ -34,15 +34,21 @@ struct SceneItem
     PXR_NS::SdfPath path;
     std::shared_ptr<const Geometry> geometry;
     PXR_NS::GfMatrix4d localToWorld{1.0};
-    std::optional<Material> material;  ///< nothing: the renderer's default
-    std::optional<Vec3> displayColor;   ///< inherited from above, where the shape has none of its own
-    float displayOpacity = 1.0f;        ///< inherited likewise
-    PXR_NS::SdfPath instancePath;  ///< the outermost instance or instancer, empty where there is none
-    PXR_NS::SdfPath prototypePath; ///< the prim inside the prototype, empty where there is none
+    std::optional<Material> material; ///< nothing: the renderer's default
+    std::optional<Vec3> displayColor; ///< inherited from above, where the shape has none of its own
+    float displayOpacity = 1.0f;      ///< inherited likewise
+    PXR_NS::SdfPath instancePath;     ///< the outermost instance or instancer, empty where there is none
+    PXR_NS::SdfPath prototypePath;    ///< the prim inside the prototype, empty where there is none
     int instanceIndex = -1;
 };
 
-enum class StageLightKind : std::uint8_t { Distant, Point, Area, Dome };
+enum class StageLightKind : std::uint8_t
+{
+    Distant,
+    Point,
+    Area,
+    Dome
+};
 
 /// A light of the stage.
 struct StageLight

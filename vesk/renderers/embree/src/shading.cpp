@@ -6,8 +6,8 @@
 namespace vesk::renderers::embree {
 namespace {
 
-constexpr float kBounce = 0.35f;       // of the dome's light still arrives where something near blocks it
-constexpr float kDomeReach = 0.5f;     // in radii of the scene: things farther away do not darken
+constexpr float kBounce = 0.3f;    // of the dome's light still arrives where something near blocks it
+constexpr float kDomeReach = 0.5f; // in radii of the scene: things farther away do not darken
 constexpr float kGroundBrightness = 0.55f;
 
 // A broad highlight whose size follows the roughness; energy does not matter for a working view.
@@ -74,9 +74,10 @@ float Shader::_lineAlpha(const ShadedPoint& point, const ViewRay& ray) const
     const bool points = m_view.settings.drawMode == DrawMode::Points;
     const float span = m_view.camera.isPerspective() ? point.hit.t * ray.depthScale : 1.0f;
     const float pixel = std::max(m_view.camera.pixelWidth() * span, 1e-30f);
-    const float distance = points ? distanceToVertex(*m_view.scene, point.hit, point.surface.position)
-                                  : distanceToEdge(*m_view.scene, point.hit) *
-                                        std::max(std::abs(dot(point.surface.geometricNormal, ray.direction)), 0.2f);
+    const float distance =
+        points ? distanceToVertex(*m_view.scene, point.hit, point.surface.position)
+               : distanceToEdge(*m_view.scene, point.hit) *
+                     std::max(std::abs(dot(point.surface.geometricNormal, ray.direction)), 0.2f);
     const float half = points ? 2.0f : 0.7f;
     return std::clamp(half + 0.5f - distance / pixel, 0.0f, 1.0f);
 }
@@ -132,12 +133,13 @@ void Shader::_queueLights(const ShadedPoint& point, std::size_t index)
     for (const FrameLight& light : m_view.lights.lights) {
         ++number;
         if (!light.shadows) continue;
-        const Sample2 s = sequencePoint(static_cast<std::uint32_t>(m_sample), point.seed + number * 0x632be5abu);
+        const Sample2 s =
+            sequencePoint(static_cast<std::uint32_t>(m_sample), point.seed + number * 0x632be5abu);
         const LightSample sample = sampleLight(light, point.surface.position, s);
         const Vec3 lit = reflected(m_view, point, sample);
         if (isDark(lit) || !isFinite(lit)) continue;
-        _queue(point.surface.position + point.surface.geometricNormal * offsetAt(point.hit.t), sample.direction,
-               sample.distance, index, lit, Vec3());
+        _queue(point.surface.position + point.surface.geometricNormal * offsetAt(point.hit.t),
+               sample.direction, sample.distance, index, lit, Vec3());
     }
 }
 

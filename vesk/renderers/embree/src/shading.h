@@ -22,8 +22,8 @@ struct ShadedPoint
     float alpha = 1.0f; ///< how much of what lies behind is hidden
 };
 
-/// Gives the hits of one wave of samples their colours: the material under the frame's lights, with shadows and
-/// with the dome's light dimmed where the surroundings are close.
+/// Gives the hits of one wave of samples their colours: the material under the frame's lights, with shadows
+/// and with the dome's light dimmed where the surroundings are close.
 class Shader
 {
 public:

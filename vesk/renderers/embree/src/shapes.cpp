@@ -80,7 +80,8 @@ Geometry newShape()
     return g;
 }
 
-void addSphereRings(std::vector<Ring>& rings, double radius, double centerZ, double fromAngle, double toAngle, int bands)
+void addSphereRings(std::vector<Ring>& rings, double radius, double centerZ, double fromAngle, double toAngle,
+                    int bands)
 {
     for (int i = 0; i <= bands; ++i) {
         const double a = fromAngle + (toAngle - fromAngle) * i / bands;
@@ -106,18 +107,22 @@ Geometry makeCylinder(double radiusBottom, double radiusTop, double height, Shap
     Geometry g = newShape();
     const double z = height / 2;
     const double slope = radiusBottom - radiusTop;
-    const std::vector<Ring> rings = {{0.0, -z, 0.0, -1.0},          {radiusBottom, -z, 0.0, -1.0},
-                                     {radiusBottom, -z, height, slope}, {radiusTop, z, height, slope},
-                                     {radiusTop, z, 0.0, 1.0},      {0.0, z, 0.0, 1.0}};
+    const std::vector<Ring> rings = {
+        {0.0, -z, 0.0, -1.0},          {radiusBottom, -z, 0.0, -1.0}, {radiusBottom, -z, height, slope},
+        {radiusTop, z, height, slope}, {radiusTop, z, 0.0, 1.0},      {0.0, z, 0.0, 1.0}};
     addRevolution(g, rings, axis);
     return g;
 }
 
-Geometry makeCone(double radius, double height, ShapeAxis axis) { return makeCylinder(radius, 0.0, height, axis); }
+Geometry makeCone(double radius, double height, ShapeAxis axis)
+{
+    return makeCylinder(radius, 0.0, height, axis);
+}
 
 Geometry makeCapsule(double radiusBottom, double radiusTop, double height, ShapeAxis axis)
 {
-    // The caps are parts of spheres that meet the side where it touches them; with equal radii they are halves.
+    // The caps are parts of spheres that meet the side where it touches them; with equal radii they are
+    // halves.
     Geometry g = newShape();
     const double lean = height > 0.0 ? std::clamp((radiusBottom - radiusTop) / height, -1.0, 1.0) : 0.0;
     const double seam = std::asin(lean);

@@ -5,7 +5,12 @@
 namespace vesk::renderers::embree {
 
 /// The axis that a cone, cylinder, capsule or plane stands on.
-enum class ShapeAxis : std::uint8_t { X, Y, Z };
+enum class ShapeAxis : std::uint8_t
+{
+    X,
+    Y,
+    Z
+};
 
 /// The implicit shapes as fine meshes with their exact normals, around the origin, in the shape's own units.
 /// Curved shapes have `kShapeSegments` segments around their axis.

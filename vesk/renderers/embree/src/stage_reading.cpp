@@ -26,7 +26,8 @@ Interpolation readInterpolation(const UsdAttribute& attribute, Interpolation una
 
 // Values through their indices; an index out of range leaves the primvar unused.
 template <class Out, class Values, class Convert>
-Primvar<Out> expand(const Values& values, const VtIntArray& indices, Interpolation interpolation, Convert convert)
+Primvar<Out> expand(const Values& values, const VtIntArray& indices, Interpolation interpolation,
+                    Convert convert)
 {
     Primvar<Out> result;
     if (indices.empty()) {
@@ -77,11 +78,28 @@ Primvar<float> readFloatPrimvar(const UsdPrim& prim, const std::string& name, Us
 
 bool shapeMayVary(const UsdPrim& prim)
 {
-    static constexpr std::array<const char*, 22> names = {
-        "points",        "faceVertexCounts", "faceVertexIndices",       "normals",
-        "primvars:normals", "holeIndices",   "primvars:displayColor",   "primvars:displayColor:indices",
-        "primvars:displayOpacity", "radius", "height", "size", "width", "length", "axis", "radiusTop",
-        "radiusBottom", "widths", "curveVertexCounts", "orientation", "primvars:widths", "ids"};
+    static constexpr std::array<const char*, 22> names = {"points",
+                                                          "faceVertexCounts",
+                                                          "faceVertexIndices",
+                                                          "normals",
+                                                          "primvars:normals",
+                                                          "holeIndices",
+                                                          "primvars:displayColor",
+                                                          "primvars:displayColor:indices",
+                                                          "primvars:displayOpacity",
+                                                          "radius",
+                                                          "height",
+                                                          "size",
+                                                          "width",
+                                                          "length",
+                                                          "axis",
+                                                          "radiusTop",
+                                                          "radiusBottom",
+                                                          "widths",
+                                                          "curveVertexCounts",
+                                                          "orientation",
+                                                          "primvars:widths",
+                                                          "ids"};
     for (const char* name : names) {
         const UsdAttribute attribute = prim.GetAttribute(TfToken(name));
         if (attribute && attribute.ValueMightBeTimeVarying()) return true;

@@ -13,8 +13,8 @@
 
 namespace vesk::renderers::embree {
 
-/// Reads an attribute's value at a time; `fallback` where the prim has no such attribute, no value or a value of
-/// another type.
+/// Reads an attribute's value at a time; `fallback` where the prim has no such attribute, no value or a value
+/// of another type.
 template <class T>
 T readAttribute(const PXR_NS::UsdPrim& prim, const char* name, PXR_NS::UsdTimeCode time, const T& fallback)
 {
@@ -26,11 +26,14 @@ T readAttribute(const PXR_NS::UsdPrim& prim, const char* name, PXR_NS::UsdTimeCo
 /// Turns a time code as hosts give it (NaN: the default time) into OpenUSD's.
 PXR_NS::UsdTimeCode toTimeCode(double time);
 
-/// Reads a colour or vector primvar, or the attribute of that name. The interpolation is `None` without a value.
-Primvar<Vec3> readVectorPrimvar(const PXR_NS::UsdPrim& prim, const std::string& name, PXR_NS::UsdTimeCode time);
+/// Reads a colour or vector primvar, or the attribute of that name. The interpolation is `None` without a
+/// value.
+Primvar<Vec3> readVectorPrimvar(const PXR_NS::UsdPrim& prim, const std::string& name,
+                                PXR_NS::UsdTimeCode time);
 
 /// Reads a float primvar.
-Primvar<float> readFloatPrimvar(const PXR_NS::UsdPrim& prim, const std::string& name, PXR_NS::UsdTimeCode time);
+Primvar<float> readFloatPrimvar(const PXR_NS::UsdPrim& prim, const std::string& name,
+                                PXR_NS::UsdTimeCode time);
 
 /// Whether a primvar has as many values as its interpolation needs.
 /// \param faces,points,corners the counts of the shape

@@ -11,7 +11,8 @@ T valueOf(const Geometry& g, const Primvar<T>& primvar, const SurfaceHit& hit)
 {
     if (g.kind == GeometryKind::Triangles) return interpolate(g, primvar, hit.primitive, hit.u, hit.v);
     std::size_t index = 0;
-    if (g.kind == GeometryKind::Spheres && primvar.interpolation != Interpolation::Constant) index = hit.primitive;
+    if (g.kind == GeometryKind::Spheres && primvar.interpolation != Interpolation::Constant)
+        index = hit.primitive;
     if (g.kind == GeometryKind::Curves && primvar.interpolation == Interpolation::Uniform) {
         index = g.segmentCurve[hit.primitive];
     }
@@ -47,7 +48,8 @@ SurfacePoint surfaceAt(const TraceScene& scene, const SurfaceHit& hit, Vec3 orig
     const Geometry& g = *item.geometry;
     SurfacePoint s;
     s.position = origin + direction * hit.t;
-    s.geometricNormal = towards(normalized(placed.normalToWorld.apply(hit.geometricNormal), -direction), direction);
+    s.geometricNormal =
+        towards(normalized(placed.normalToWorld.apply(hit.geometricNormal), -direction), direction);
     s.normal = s.geometricNormal;
     if (!flat && !g.normals.empty() && g.kind == GeometryKind::Triangles) {
         const Vec3 n = placed.normalToWorld.apply(interpolate(g, g.normals, hit.primitive, hit.u, hit.v));

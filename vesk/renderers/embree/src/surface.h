@@ -22,8 +22,8 @@ struct SurfacePoint
 SurfacePoint surfaceAt(const TraceScene& scene, const SurfaceHit& hit, Vec3 origin, Vec3 direction,
                        const Material& defaultMaterial, bool flat);
 
-/// How far a hit lies from the nearest outline edge of its face, in stage units; a large number for shapes that
-/// have no edges.
+/// How far a hit lies from the nearest outline edge of its face, in stage units; a large number for shapes
+/// that have no edges.
 float distanceToEdge(const TraceScene& scene, const SurfaceHit& hit);
 
 /// How far a hit lies from the nearest point of its shape, in stage units.

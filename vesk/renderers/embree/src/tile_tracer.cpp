@@ -9,8 +9,9 @@
 namespace vesk::renderers::embree {
 namespace {
 
-constexpr int kMaxLayers = 8;      // of transparent surfaces behind each other
+constexpr int kMaxLayers = 8; // of transparent surfaces behind each other
 constexpr float kOpaque = 0.998f;
+constexpr float kGridBefore = 0.2f;
 
 /// One sample on its way through the scene.
 struct Path
@@ -19,7 +20,7 @@ struct Path
     std::uint32_t seed = 0;
     ViewRay ray;
     Grid::Crossing grid;
-    Vec3 color;            ///< gathered so far
+    Vec3 color;              ///< gathered so far
     float throughput = 1.0f; ///< what still passes
 };
 
@@ -33,7 +34,9 @@ void addLayer(Path& path, Vec3 color, float alpha)
 void addGridBefore(Path& path, float t)
 {
     if (path.grid.alpha <= 0.0f || path.grid.t >= t * (1.0f - 1e-4f)) return;
-    addLayer(path, path.grid.color, path.grid.alpha);
+    // In front of the scene the lines are only hinted at: they must not cross out what they pass.
+    const bool behindAll = t == std::numeric_limits<float>::max();
+    addLayer(path, path.grid.color, path.grid.alpha * (behindAll ? 1.0f : kGridBefore));
     path.grid.alpha = 0.0f;
 }
 
@@ -127,7 +130,8 @@ private:
 
 GeometryPixel geometryAt(const FrameView& view, const ViewRay& ray, const SurfaceHit& hit)
 {
-    const SurfacePoint s = surfaceAt(*view.scene, hit, ray.origin, ray.direction, view.defaultMaterial, false);
+    const SurfacePoint s =
+        surfaceAt(*view.scene, hit, ray.origin, ray.direction, view.defaultMaterial, false);
     GeometryPixel pixel;
     pixel.viewDistance = ray.viewDistance(hit.t);
     pixel.windowDepth = view.camera.windowDepth(pixel.viewDistance);
@@ -157,12 +161,13 @@ Material toMaterial(const PXR_NS::GlfSimpleMaterial& simple)
 
 FrameView::FrameView(std::shared_ptr<const TraceScene> tracedScene, const FrameSettings& frameSettings,
                      const CameraRays& cameraRays)
-    : scene(std::move(tracedScene)), settings(frameSettings), camera(cameraRays),
+    : scene(std::move(tracedScene)),
+      settings(frameSettings),
+      camera(cameraRays),
       lights(FrameLights::gather(settings.lighting, scene->snapshot(), camera, scene->origin())),
       grid(settings, scene->snapshot(), camera, scene->origin(), scene->radius()),
       defaultMaterial(toMaterial(settings.lighting.material))
-{
-}
+{}
 
 bool toHit(const RTCRayHit& ray, SurfaceHit& hit)
 {

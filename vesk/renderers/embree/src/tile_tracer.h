@@ -42,7 +42,8 @@ struct FrameView
 };
 
 /// Adds samples [first, last) of each pixel of a tile to a film.
-/// The result does not depend on the order of tiles or on the number of threads. Thread: any, one tile at a time.
+/// The result does not depend on the order of tiles or on the number of threads. Thread: any, one tile at a
+/// time.
 void traceColor(const FrameView& view, Film& film, const Tile& tile, int first, int last);
 
 /// Writes what lies at the centres of a tile's pixels to a film that has room for it.

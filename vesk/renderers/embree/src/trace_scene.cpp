@@ -11,8 +11,8 @@ float* newVertices(RTCGeometry geometry, std::size_t count, bool withRadius)
 {
     const std::size_t stride = (withRadius ? 4 : 3) * sizeof(float);
     return static_cast<float*>(rtcSetNewGeometryBuffer(geometry, RTC_BUFFER_TYPE_VERTEX, 0,
-                                                       withRadius ? RTC_FORMAT_FLOAT4 : RTC_FORMAT_FLOAT3, stride,
-                                                       count));
+                                                       withRadius ? RTC_FORMAT_FLOAT4 : RTC_FORMAT_FLOAT3,
+                                                       stride, count));
 }
 
 void fillTriangles(RTCGeometry geometry, const Geometry& shape)

@@ -41,8 +41,8 @@ private:
     RTCScene m_scene;
 };
 
-/// Built acceleration structures by shape, so that a shape is built once however often it is placed and however
-/// often the scene around it changes. Thread: any.
+/// Built acceleration structures by shape, so that a shape is built once however often it is placed and
+/// however often the scene around it changes. Thread: any.
 class ShapeScenes
 {
 public:
@@ -87,8 +87,8 @@ struct SurfaceHit
     Vec3 geometricNormal; ///< local space, not normalised
 };
 
-/// A snapshot ready for ray tracing. Its space is the world moved by `origin`, so that single precision serves
-/// scenes far from the world's origin too. It never changes after it was built. Thread: any.
+/// A snapshot ready for ray tracing. Its space is the world moved by `origin`, so that single precision
+/// serves scenes far from the world's origin too. It never changes after it was built. Thread: any.
 class TraceScene
 {
 public:

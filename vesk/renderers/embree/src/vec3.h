@@ -22,8 +22,7 @@ struct Vec3
     explicit Vec3(const PXR_NS::GfVec3f& v) : x(v[0]), y(v[1]), z(v[2]) {}
     explicit Vec3(const PXR_NS::GfVec3d& v)
         : x(static_cast<float>(v[0])), y(static_cast<float>(v[1])), z(static_cast<float>(v[2]))
-    {
-    }
+    {}
 
     PXR_NS::GfVec3d toGfd() const { return PXR_NS::GfVec3d(x, y, z); }
 };
@@ -68,7 +67,8 @@ struct Mat3
     static Mat3 of(const PXR_NS::GfMatrix4d& m)
     {
         const auto row = [&m](int i) {
-            return Vec3(static_cast<float>(m[i][0]), static_cast<float>(m[i][1]), static_cast<float>(m[i][2]));
+            return Vec3(static_cast<float>(m[i][0]), static_cast<float>(m[i][1]),
+                        static_cast<float>(m[i][2]));
         };
         Mat3 result;
         result.row0 = row(0);

@@ -22,8 +22,7 @@ bool wantsGeometry(const RenderParameters& parameters)
 
 WindowFrame::WindowFrame(std::shared_ptr<RendererCore> core, RenderParameters parameters, bool refines)
     : FrameJob(std::move(core)), m_parameters(std::move(parameters)), m_refines(refines)
-{
-}
+{}
 
 void WindowFrame::abandon() { m_promise.setError(base::detail::brokenPromise()); }
 void WindowFrame::_fail(std::exception_ptr error) { m_promise.setError(std::move(error)); }

@@ -165,9 +165,9 @@ public:
     /// Thread: it is called on a thread of the renderer; what it throws is logged and dropped.
     virtual void setAfterRenderCallback(const std::function<void(bool)>& callback) = 0;
 
-    /// Finds the hit nearest to a point of the picture, in pixels; of equally near ones the one nearest to the viewer.
-    /// \param x,y physical pixels, a pixel's centre at +0.5; a point outside the picture is a miss
-    /// \param radius physical pixels; 0 looks at the point alone
+    /// Finds the hit nearest to a point of the picture, in pixels; of equally near ones the one nearest to
+    /// the viewer. \param x,y physical pixels, a pixel's centre at +0.5; a point outside the picture is a
+    /// miss \param radius physical pixels; 0 looks at the point alone
     virtual vesk::base::Future<PickingResult> singlePointPicking(float x, float y, float radius) = 0;
 
     /// Reads one pixel of a render output; missing channels are 0, a missing opacity is 1.
