@@ -83,8 +83,8 @@ TEST(ThreadPool, RunsWorkOfOneLaneInItsOrder)
 
 TEST(ThreadPool, DoesNotStarveLowWork)
 {
-    ThreadPool pool(1);
     Gate started, release;
+    ThreadPool pool(1);
     pool.executor()->post(Work([&] {
         started.open();
         release.wait();
@@ -103,8 +103,8 @@ TEST(ThreadPool, DoesNotStarveLowWork)
 
 TEST(ThreadPool, RunsWorkOnSeveralThreadsAtOnce)
 {
-    ThreadPool pool(2);
     Gate first, second;
+    ThreadPool pool(2);
     const Future<void> a = runOn(pool.executor(), [&] {
         first.open();
         second.wait();
@@ -124,10 +124,10 @@ TEST(ThreadPool, AbandonsQueuedWorkWhenItIsDestroyed)
     std::vector<Future<void>> futures;
     std::atomic<int> ran{0};
     ExecutorPtr executor;
+    Gate started, release;
     {
         ThreadPool pool(1);
         executor = pool.executor();
-        Gate started, release;
         executor->post(Work([&] {
             started.open();
             release.wait();

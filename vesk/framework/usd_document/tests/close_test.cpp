@@ -15,8 +15,8 @@ TEST(Close, EndsEachOfAHundredThousandQueuedTasksAsABrokenPromise)
 {
     constexpr int kTasks = 100'000;
     const LogCapture log;
-    auto document = UsdDocument::create();
     Gate started, release;
+    auto document = UsdDocument::create();
     document->read("hold", [&](const Context&) {
         started.open();
         release.wait();
@@ -66,8 +66,8 @@ TEST(Close, DropsWhatIsPostedLater)
 
 TEST(Close, WaitsForTheRunningTask)
 {
-    const auto document = UsdDocument::create();
     Gate started, release;
+    const auto document = UsdDocument::create();
     std::atomic<bool> ended{false};
     document->read("hold", [&](const Context&) {
         started.open();
@@ -104,8 +104,8 @@ TEST(Close, SendsNoEventOfTheRunningTask)
 
 TEST(Close, CanBeCalledByContinuationsOfDroppedTasks)
 {
-    const auto document = UsdDocument::create();
     Gate started, release;
+    const auto document = UsdDocument::create();
     document->read("hold", [&](const Context&) {
         started.open();
         release.wait();
@@ -127,8 +127,8 @@ TEST(Close, CanBeCalledByContinuationsOfDroppedTasks)
 
 TEST(Destruction, ByATaskOfTheDocumentLetsTheTaskEnd)
 {
-    auto document = UsdDocument::create();
     Gate dropped;
+    auto document = UsdDocument::create();
     const Future<std::string> future = document->read("drop the document", [&](const Context& context) {
         dropped.wait();
         document.reset();
@@ -156,16 +156,21 @@ TEST(Destruction, ByATaskOfAManualDocumentLetsTheTaskEnd)
 
 TEST(Destruction, ByAListenerOfItsOwnEventIsSafe)
 {
-    auto document = UsdDocument::create();
-    Gate posted, destroyed;
-    document->getEventBus()->subscribeListener([&](const std::any&) {
-        posted.wait();
-        document.reset();
-        destroyed.open();
+    // The listener goes on when the test has ended: what it uses is shared.
+    struct Shared
+    {
+        Gate posted, destroyed;
+        std::shared_ptr<UsdDocument> document = UsdDocument::create();
+    };
+    const auto shared = std::make_shared<Shared>();
+    shared->document->getEventBus()->subscribeListener([shared](const std::any&) {
+        shared->posted.wait();
+        shared->document.reset();
+        shared->destroyed.open();
     });
-    document->edit("change", [](const Context& context) { context.stage()->DefinePrim(SdfPath("/A")); });
-    posted.open();
-    destroyed.wait();
+    shared->document->edit("change", [](const Context& context) { context.stage()->DefinePrim(SdfPath("/A")); });
+    shared->posted.open();
+    shared->destroyed.wait();
 }
 
 TEST(Destruction, UnsubscribesEveryListener)
