@@ -1,0 +1,136 @@
+#include "camera_fitting.h"
+
+#include <pxr/base/gf/rotation.h>
+#include <vesk/usd/utils/camera_utils.h>
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+
+namespace vesk::framework::usd_viewport {
+namespace {
+
+PXR_NAMESPACE_USING_DIRECTIVE
+using namespace vesk::usd::utils;
+
+GfMatrix4d cleaned(const GfMatrix4d& transform)
+{
+    GfCamera camera;
+    camera.SetTransform(transform);
+    cleanTransform(camera);
+    return camera.GetTransform();
+}
+
+TEST(CleanTransform, LeavesAnOrthonormalFrameBitForBit)
+{
+    const GfMatrix4d turned(GfRotation(GfVec3d(1, 2, 3), 33.0), GfVec3d(4, 5, 6));
+    EXPECT_EQ(cleaned(turned), turned);
+    EXPECT_EQ(cleaned(GfMatrix4d(1.0)), GfMatrix4d(1.0));
+}
+
+TEST(CleanTransform, MakesScaledAxesUnitLengthAndKeepsTheRest)
+{
+    EXPECT_EQ(cleaned(GfMatrix4d(2, 0, 0, 7, 0, 2, 0, 8, 0, 0, 2, 9, 10, 11, 12, 13)),
+              GfMatrix4d(1, 0, 0, 7, 0, 1, 0, 8, 0, 0, 1, 9, 10, 11, 12, 13));
+}
+
+TEST(CleanTransform, NegatesTheFirstRowOfAMirroredFrame)
+{
+    EXPECT_EQ(cleaned(GfMatrix4d(-1, 0, 0, 5, 0, 1, 0, 0, 0, 0, 1, 0, 1, 2, 3, 1)),
+              GfMatrix4d(1, 0, 0, -5, 0, 1, 0, 0, 0, 0, 1, 0, 1, 2, 3, 1));
+}
+
+TEST(CleanTransform, NegatesAndThenNormalizesAMirroredAndScaledFrame)
+{
+    EXPECT_EQ(cleaned(GfMatrix4d(-3, 0, 0, 0, 0, 4, 0, 0, 0, 0, 5, 0, 1, 2, 3, 1)),
+              GfMatrix4d(1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0, 1, 2, 3, 1));
+}
+
+TEST(CleanTransform, IsACheapTestThatSomeScaledFramesPass)
+{
+    // The sum (s, t, 1) has the length of an orthonormal frame's sum when s squared plus t squared is 2.
+    const GfMatrix4d passes(1.2, 0, 0, 0, 0, std::sqrt(2.0 - 1.44), 0, 0, 0, 0, 1, 0, 0, 0, 0, 1);
+    EXPECT_EQ(cleaned(passes), passes);
+}
+
+TEST(CleanTransform, DoesNotMakeSkewedAxesPerpendicular)
+{
+    const double half = std::sqrt(0.5);
+    const GfMatrix4d skewed(1, 0, 0, 0, half, half, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1);
+    const GfMatrix4d result = cleaned(skewed);
+    for (int column = 0; column < 3; ++column)
+        EXPECT_NEAR(result[1][column], skewed[1][column], 1e-15);
+}
+
+TEST(CleanTransform, ToleratesDeviationsBelowAMillionth)
+{
+    // The length is compared as a float: one float step above 1 is 1.19e-7.
+    const GfMatrix4d close(1.0 + 4e-7, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1);
+    EXPECT_EQ(cleaned(close), close);
+    const GfMatrix4d off(1.0 + 1e-5, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1);
+    EXPECT_EQ(cleaned(off)[0][0], 1.0);
+}
+
+TEST(CleanTransform, DividesTinyRowsByTheSmallestLength)
+{
+    const GfMatrix4d tiny(1e-12, 0, 0, 0, 0, 2, 0, 0, 0, 0, 0, 0, 0, 0, 0, 1);
+    const GfMatrix4d result = cleaned(tiny);
+    EXPECT_DOUBLE_EQ(result[0][0], 1e-2);
+    EXPECT_EQ(result[1][1], 1.0);
+    EXPECT_EQ(result[2][2], 0.0);
+}
+
+TEST(CleanTransform, LeavesNaNs)
+{
+    const GfMatrix4d result = cleaned(GfMatrix4d(std::nan("")));
+    EXPECT_TRUE(std::isnan(result[0][0]));
+}
+
+TEST(FitAperture, KeepsThePerspectiveFieldOfView)
+{
+    GfCamera camera;
+    camera.SetFocalLength(85.0f);
+    const float before = camera.GetFieldOfView(GfCamera::FOVVertical);
+    fitAperture(camera, 2.0f, 5.0f);
+    EXPECT_EQ(camera.GetHorizontalAperture(), 20.955f);
+    EXPECT_EQ(camera.GetVerticalAperture(), 20.955f / 2.0f);
+    EXPECT_NEAR(camera.GetFieldOfView(GfCamera::FOVVertical), before, 1e-4f);
+}
+
+TEST(FitAperture, ShowsTheDistanceInAnOrthographicView)
+{
+    GfCamera camera;
+    camera.SetProjection(GfCamera::Orthographic);
+    fitAperture(camera, 0.5f, 5.0f);
+    EXPECT_FLOAT_EQ(camera.GetVerticalAperture(), 50.0f);
+    EXPECT_FLOAT_EQ(camera.GetHorizontalAperture(), 25.0f);
+}
+
+TEST(RackFocusArithmetic, NarrowsToFloatAtEachStep)
+{
+    GfCamera camera;
+    camera.SetFocusDistance(3.3f);
+    const float fieldOfViewBefore = camera.GetFieldOfView(GfCamera::FOVVertical);
+    GfCamera result = camera;
+    rackFocus(result, 77.7f, 45.0f);
+    // The same chain of steps, each with its own name.
+    const double ratio = (static_cast<double>(15.2908f) * 0.1) / (static_cast<double>(155.4f) * 0.1);
+    const float radians = static_cast<float>(2.0 * std::atan(ratio));
+    const float half = static_cast<float>(std::tan(fieldOfViewBefore * 0.017453292519943295 * 0.5) * 3.3f);
+    const float distance = static_cast<float>(half / std::tan(radians * 0.5));
+    EXPECT_FLOAT_EQ(result.GetFocusDistance(), distance);
+    EXPECT_DOUBLE_EQ(result.GetTransform()[3][2], -static_cast<double>(3.3f - result.GetFocusDistance()));
+}
+
+TEST(RackFocusArithmetic, TakesAnyFocalLength)
+{
+    for (const float focalLength : {0.0f, -50.0f, std::nanf(""), HUGE_VALF}) {
+        GfCamera camera;
+        camera.SetFocusDistance(5.0f);
+        rackFocus(camera, focalLength, 45.0f);
+        EXPECT_EQ(camera.GetProjection(), GfCamera::Perspective);
+    }
+}
+
+} // namespace
+} // namespace vesk::framework::usd_viewport
