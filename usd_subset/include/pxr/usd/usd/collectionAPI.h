@@ -55,10 +55,6 @@ public:
     UsdRelationship GetExcludesRel() const;
     UsdRelationship CreateExcludesRel() const;
 
-    /// Adds a path, or takes back its exclusion; false when the relationships cannot be edited.
-    bool IncludePath(const SdfPath& pathToInclude) const;
-    /// Excludes a path, or takes back its inclusion; false when the relationships cannot be edited.
-    bool ExcludePath(const SdfPath& pathToExclude) const;
     bool HasNoIncludedPaths() const;
     bool ResetCollection() const;
     bool BlockCollection() const;

@@ -115,7 +115,8 @@ private:
     struct _Frame;
 
     _PurposeToBBoxMap _Resolve(const UsdPrim& prim);
-    void _Open(const _PrimContext& context, const GfMatrix4d& inverseComponentCtm, std::vector<_Frame>* stack);
+    void _Open(const _PrimContext& context, const GfMatrix4d& inverseComponentCtm,
+               std::vector<_Frame>* stack);
     std::vector<_PrimContext> _GetIncludedChildren(const _PrimContext& context, _Entry* entry);
     void _AddChildBounds(const _Frame& frame);
     bool _AddExtentsHint(const UsdPrim& prim, _Entry* entry);

@@ -9,8 +9,8 @@ PXR_NAMESPACE_OPEN_SCOPE
 using UsdGeomComputeExtentFunction = bool (*)(const UsdGeomBoundable& boundable, const UsdTimeCode& time,
                                               const GfMatrix4d* transform, VtVec3fArray* extent);
 
-/// Registers the extent function of a schema type and of the types that derive from it without one of their own.
-/// Thread: any.
+/// Registers the extent function of a schema type and of the types that derive from it without one of their
+/// own. Thread: any.
 VESK_USD_API void UsdGeomRegisterComputeExtentFunction(const TfType& primType,
                                                        const UsdGeomComputeExtentFunction& fn);
 

@@ -1,8 +1,11 @@
 #pragma once
 
 #include <pxr/usd/usd/apiSchemaBase.h>
+#include <pxr/usd/usdGeom/subset.h>
 #include <pxr/usd/usdShade/material.h>
 #include <pxr/usd/usdShade/tokens.h>
+
+#include <vector>
 
 PXR_NAMESPACE_OPEN_SCOPE
 
@@ -46,6 +49,9 @@ class VESK_USD_API UsdShadeMaterialBindingAPI : public UsdAPISchemaBase
     /// is stronger than its descendants. One for the purpose goes before one for all purposes.
     UsdShadeMaterial ComputeBoundMaterial(const TfToken& materialPurpose = UsdShadeTokens->allPurpose,
                                           UsdRelationship* bindingRel = nullptr) const;
+
+    /// The subsets of the prim's geometry that are there to bind materials to.
+    std::vector<UsdGeomSubset> GetMaterialBindSubsets() const;
 };
 
 PXR_NAMESPACE_CLOSE_SCOPE

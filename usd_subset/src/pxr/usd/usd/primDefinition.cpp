@@ -64,18 +64,14 @@ bool UsdPrimDefinition::Property::_GetField(const TfToken& key, VtValue* value) 
 
 UsdPrimDefinition::Attribute::Attribute(const Property& property)
     : Property(property.IsAttribute() ? property : Property())
-{
-}
+{}
 
 SdfValueTypeName UsdPrimDefinition::Attribute::GetTypeName() const
 {
     return _property ? _property->typeName : SdfValueTypeName();
 }
 
-TfToken UsdPrimDefinition::Attribute::GetTypeNameToken() const
-{
-    return GetTypeName().GetAsToken();
-}
+TfToken UsdPrimDefinition::Attribute::GetTypeNameToken() const { return GetTypeName().GetAsToken(); }
 
 bool UsdPrimDefinition::Attribute::_GetFallback(VtValue* value) const
 {
@@ -84,8 +80,7 @@ bool UsdPrimDefinition::Attribute::_GetFallback(VtValue* value) const
 
 UsdPrimDefinition::Relationship::Relationship(const Property& property)
     : Property(property.IsRelationship() ? property : Property())
-{
-}
+{}
 
 UsdPrimDefinition::Property UsdPrimDefinition::GetPropertyDefinition(const TfToken& propName) const
 {

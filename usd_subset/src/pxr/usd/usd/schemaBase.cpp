@@ -16,19 +16,13 @@ const TfType Usd_typeOfUsdSchemaBase = TfType::Define<UsdSchemaBase>();
 
 } // namespace
 
-UsdSchemaBase::UsdSchemaBase(const UsdPrim& prim)
-    : _prim(prim)
-{
-}
+UsdSchemaBase::UsdSchemaBase(const UsdPrim& prim) : _prim(prim) {}
 
 UsdSchemaBase::UsdSchemaBase(const UsdSchemaBase& otherSchema) = default;
 
 UsdSchemaBase::~UsdSchemaBase() = default;
 
-SdfPath UsdSchemaBase::GetPath() const
-{
-    return _prim ? _prim.GetPath() : SdfPath();
-}
+SdfPath UsdSchemaBase::GetPath() const { return _prim ? _prim.GetPath() : SdfPath(); }
 
 const UsdPrimDefinition* UsdSchemaBase::GetSchemaClassPrimDefinition() const
 {
@@ -44,30 +38,22 @@ const TfTokenVector& UsdSchemaBase::GetSchemaAttributeNames(bool)
     return none;
 }
 
-UsdSchemaBase::operator bool() const
-{
-    return _prim && _IsCompatible();
-}
+UsdSchemaBase::operator bool() const { return _prim && _IsCompatible(); }
 
-UsdSchemaKind UsdSchemaBase::_GetSchemaKind() const
-{
-    return schemaKind;
-}
+UsdSchemaKind UsdSchemaBase::_GetSchemaKind() const { return schemaKind; }
 
-bool UsdSchemaBase::_IsCompatible() const
-{
-    return true;
-}
+bool UsdSchemaBase::_IsCompatible() const { return true; }
 
-UsdAttribute UsdSchemaBase::_CreateAttr(const TfToken& attrName, const SdfValueTypeName& typeName, bool custom,
-                                        SdfVariability variability, const VtValue& defaultValue,
+UsdAttribute UsdSchemaBase::_CreateAttr(const TfToken& attrName, const SdfValueTypeName& typeName,
+                                        bool custom, SdfVariability variability, const VtValue& defaultValue,
                                         bool writeSparsely) const
 {
     const UsdPrim prim = GetPrim();
     if (writeSparsely && !custom) {
         const UsdAttribute attribute = prim.GetAttribute(attrName);
         VtValue fallback;
-        const bool isFallback = !attribute.HasAuthoredValue() && attribute.Get(&fallback) && fallback == defaultValue;
+        const bool isFallback =
+            !attribute.HasAuthoredValue() && attribute.Get(&fallback) && fallback == defaultValue;
         if (defaultValue.IsEmpty() || isFallback) {
             return attribute;
         }
@@ -85,7 +71,8 @@ UsdAttribute UsdSchemaBase::_CreateSchemaAttr(const TfToken& attrName, const VtV
     const UsdPrimDefinition* const definition = UsdSchemaRegistry::GetInstance()._FindDefinition(_GetType());
     const UsdPrimDefinition::Attribute attribute =
         definition ? definition->GetAttributeDefinition(attrName) : UsdPrimDefinition::Attribute();
-    if (!TF_VERIFY(attribute, "%s has no attribute '%s'", _GetType().GetTypeName().c_str(), attrName.GetText())) {
+    if (!TF_VERIFY(attribute, "%s has no attribute '%s'", _GetType().GetTypeName().c_str(),
+                   attrName.GetText())) {
         return UsdAttribute();
     }
     return _CreateAttr(attrName, attribute.GetTypeName(), /*custom=*/false, attribute.GetVariability(),
@@ -98,17 +85,11 @@ const TfType& UsdSchemaBase::_GetStaticTfType()
     return type;
 }
 
-const TfType& UsdSchemaBase::_GetTfType() const
-{
-    return _GetStaticTfType();
-}
+const TfType& UsdSchemaBase::_GetTfType() const { return _GetStaticTfType(); }
 
 VESK_USD_DEFINE_SCHEMA(UsdTyped, UsdSchemaBase)
 
-bool UsdTyped::_IsCompatible() const
-{
-    return UsdSchemaBase::_IsCompatible() && GetPrim().IsA(_GetType());
-}
+bool UsdTyped::_IsCompatible() const { return UsdSchemaBase::_IsCompatible() && GetPrim().IsA(_GetType()); }
 
 VESK_USD_DEFINE_SCHEMA_TYPE(UsdAPISchemaBase, UsdSchemaBase)
 
@@ -154,16 +135,6 @@ UsdPrim Usd_DefineSchemaPrim(const UsdStagePtr& stage, const SdfPath& path, cons
         return UsdPrim();
     }
     return stage->DefinePrim(path, UsdSchemaRegistry::GetConcreteSchemaTypeName(type));
-}
-
-bool Usd_ApplySchema(const UsdPrim& prim, const TfType& type, const TfToken& instanceName)
-{
-    return instanceName.IsEmpty() ? prim.ApplyAPI(type) : prim.ApplyAPI(type, instanceName);
-}
-
-bool Usd_CanApplySchema(const UsdPrim& prim, const TfType& type, const TfToken& instanceName, std::string* whyNot)
-{
-    return instanceName.IsEmpty() ? prim.CanApplyAPI(type, whyNot) : prim.CanApplyAPI(type, instanceName, whyNot);
 }
 
 PXR_NAMESPACE_CLOSE_SCOPE

@@ -80,7 +80,8 @@ void Usd_SchemaComposer::_AddApi(const TfToken& api, UsdPrimDefinition* definiti
     }
     definition->_appliedAPISchemas.push_back(api);
     // The schema's own overrides reach only what its own built-in schemas bring.
-    const std::unique_ptr<UsdPrimDefinition> before = record->builtInApis.empty() ? nullptr : Copy(definition);
+    const std::unique_ptr<UsdPrimDefinition> before =
+        record->builtInApis.empty() ? nullptr : Copy(definition);
     _AddRows(*record, instanceName, definition);
     AddApis(_BuiltInApis(*record), definition);
     if (before) {
@@ -98,10 +99,9 @@ void Usd_SchemaComposer::_AddRows(const Usd_SchemaRecord& record, const TfToken&
         if (row.isOverride) {
             continue;
         }
-        const TfToken name = instanceName.IsEmpty()
-                                 ? row.name
-                                 : UsdSchemaRegistry::MakeMultipleApplyNameInstance(row.name.GetString(),
-                                                                                    instanceName.GetString());
+        const TfToken name = instanceName.IsEmpty() ? row.name
+                                                    : UsdSchemaRegistry::MakeMultipleApplyNameInstance(
+                                                          row.name.GetString(), instanceName.GetString());
         const auto [it, isNew] = definition->_propertyMap.emplace(name, row.property);
         if (isNew) {
             definition->_properties.push_back(name);
@@ -155,7 +155,8 @@ TfTokenVector Usd_SchemaComposer::FindAttributeNames(const std::string& typeName
 {
     const UsdSchemaRegistry::_Data& data = *UsdSchemaRegistry::GetInstance()._data;
     const auto it = data.byTypeName.find(typeName);
-    return it == data.byTypeName.end() ? TfTokenVector() : _FindAttributeNames(data, *it->second, includeInherited);
+    return it == data.byTypeName.end() ? TfTokenVector()
+                                       : _FindAttributeNames(data, *it->second, includeInherited);
 }
 
 TfTokenVector Usd_SchemaComposer::_FindAttributeNames(const UsdSchemaRegistry::_Data& data,

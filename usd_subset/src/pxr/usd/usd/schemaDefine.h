@@ -18,9 +18,6 @@ VESK_USD_API TfTokenVector Usd_FindSchemaAttributeNames(const TfType& type, bool
 /// The prim at a path for a schema object; invalid, with an error, where there is no stage.
 VESK_USD_API UsdPrim Usd_GetSchemaPrim(const UsdStagePtr& stage, const SdfPath& path);
 VESK_USD_API UsdPrim Usd_DefineSchemaPrim(const UsdStagePtr& stage, const SdfPath& path, const TfType& type);
-VESK_USD_API bool Usd_ApplySchema(const UsdPrim& prim, const TfType& type, const TfToken& instanceName);
-VESK_USD_API bool Usd_CanApplySchema(const UsdPrim& prim, const TfType& type, const TfToken& instanceName,
-                                     std::string* whyNot);
 
 PXR_NAMESPACE_CLOSE_SCOPE
 
@@ -60,9 +57,6 @@ PXR_NAMESPACE_CLOSE_SCOPE
     VESK_USD_DEFINE_SCHEMA(Class, Base)                                                                      \
     bool Class::CanApply(const UsdPrim& prim, std::string* whyNot)                                           \
     {                                                                                                        \
-        return Usd_CanApplySchema(prim, _GetStaticTfType(), TfToken(), whyNot);                              \
+        return prim.CanApplyAPI<Class>(whyNot);                                                              \
     }                                                                                                        \
-    Class Class::Apply(const UsdPrim& prim)                                                                  \
-    {                                                                                                        \
-        return Usd_ApplySchema(prim, _GetStaticTfType(), TfToken()) ? Class(prim) : Class();                 \
-    }
+    Class Class::Apply(const UsdPrim& prim) { return prim.ApplyAPI<Class>() ? Class(prim) : Class(); }

@@ -44,13 +44,11 @@ _Atoms _Split(const std::string& text)
     return atoms;
 }
 
-double _Number(const std::string& atom)
-{
-    return std::strtod(atom.c_str(), nullptr);
-}
+double _Number(const std::string& atom) { return std::strtod(atom.c_str(), nullptr); }
 
 template <class T>
-struct _Reader {
+struct _Reader
+{
     static constexpr size_t size = T::dimension;
     static T Read(const std::string* atoms)
     {
@@ -64,7 +62,8 @@ struct _Reader {
 
 #define USD_SCALAR_READER(T, expression)                                                                     \
     template <>                                                                                              \
-    struct _Reader<T> {                                                                                      \
+    struct _Reader<T>                                                                                        \
+    {                                                                                                        \
         static constexpr size_t size = 1;                                                                    \
         static T Read(const std::string* atoms) { return expression; }                                       \
     };
@@ -80,7 +79,8 @@ USD_SCALAR_READER(SdfTimeCode, SdfTimeCode(_Number(*atoms)))
 #undef USD_SCALAR_READER
 
 template <>
-struct _Reader<GfQuatf> {
+struct _Reader<GfQuatf>
+{
     static constexpr size_t size = 4;
     static GfQuatf Read(const std::string* atoms)
     {
@@ -112,17 +112,17 @@ VtValue _ReadArray(const _Atoms& atoms)
 VtValue Usd_ParseSchemaLiteral(const std::string& typeName, const std::string& text)
 {
     static const std::unordered_map<std::string, VtValue (*)(const _Atoms&)> readers = {
-        {"bool", _ReadOne<bool>},           {"int", _ReadOne<int>},
-        {"float", _ReadOne<float>},         {"double", _ReadOne<double>},
-        {"token", _ReadOne<TfToken>},       {"string", _ReadOne<std::string>},
-        {"asset", _ReadOne<SdfAssetPath>},  {"timecode", _ReadOne<SdfTimeCode>},
-        {"float2", _ReadOne<GfVec2f>},      {"float3", _ReadOne<GfVec3f>},
-        {"float4", _ReadOne<GfVec4f>},      {"int2", _ReadOne<GfVec2i>},
-        {"color3f", _ReadOne<GfVec3f>},     {"point3f", _ReadOne<GfVec3f>},
-        {"vector3f", _ReadOne<GfVec3f>},    {"quatf", _ReadOne<GfQuatf>},
-        {"int[]", _ReadArray<int>},         {"int64[]", _ReadArray<int64_t>},
-        {"float[]", _ReadArray<float>},     {"token[]", _ReadArray<TfToken>},
-        {"float3[]", _ReadArray<GfVec3f>},  {"vector3f[]", _ReadArray<GfVec3f>},
+        {"bool", _ReadOne<bool>},          {"int", _ReadOne<int>},
+        {"float", _ReadOne<float>},        {"double", _ReadOne<double>},
+        {"token", _ReadOne<TfToken>},      {"string", _ReadOne<std::string>},
+        {"asset", _ReadOne<SdfAssetPath>}, {"timecode", _ReadOne<SdfTimeCode>},
+        {"float2", _ReadOne<GfVec2f>},     {"float3", _ReadOne<GfVec3f>},
+        {"float4", _ReadOne<GfVec4f>},     {"int2", _ReadOne<GfVec2i>},
+        {"color3f", _ReadOne<GfVec3f>},    {"point3f", _ReadOne<GfVec3f>},
+        {"vector3f", _ReadOne<GfVec3f>},   {"quatf", _ReadOne<GfQuatf>},
+        {"int[]", _ReadArray<int>},        {"int64[]", _ReadArray<int64_t>},
+        {"float[]", _ReadArray<float>},    {"token[]", _ReadArray<TfToken>},
+        {"float3[]", _ReadArray<GfVec3f>}, {"vector3f[]", _ReadArray<GfVec3f>},
         {"float4[]", _ReadArray<GfVec4f>},
     };
     const auto it = readers.find(typeName);

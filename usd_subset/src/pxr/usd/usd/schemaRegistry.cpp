@@ -26,7 +26,8 @@ size_t _FindVersionDelimiter(const std::string& identifier)
     while (digits > 0 && std::isdigit(static_cast<unsigned char>(identifier[digits - 1]))) {
         --digits;
     }
-    if (digits == identifier.size() || digits < 2 || identifier[digits - 1] != '_' || identifier[digits] == '0') {
+    if (digits == identifier.size() || digits < 2 || identifier[digits - 1] != '_' ||
+        identifier[digits] == '0') {
         return std::string::npos;
     }
     return digits - 1;
@@ -39,7 +40,8 @@ bool _IsApi(UsdSchemaKind kind)
 }
 
 /// Finds the type of a schema, or declares one where no class of this library stands for it.
-TfType _EnsureType(const std::string& typeName, const std::unordered_map<std::string, const Usd_SchemaRecord*>& byName)
+TfType _EnsureType(const std::string& typeName,
+                   const std::unordered_map<std::string, const Usd_SchemaRecord*>& byName)
 {
     const TfType known = TfType::FindByName(typeName);
     const auto it = byName.find(typeName);
@@ -58,8 +60,7 @@ UsdSchemaRegistry& UsdSchemaRegistry::GetInstance()
 }
 
 UsdSchemaRegistry::UsdSchemaRegistry()
-    : _data(std::make_unique<_Data>())
-    , _emptyPrimDefinition(Usd_SchemaComposer::MakeEmpty())
+    : _data(std::make_unique<_Data>()), _emptyPrimDefinition(Usd_SchemaComposer::MakeEmpty())
 {
     _data->records = Usd_SchemaTable::ParseAll();
     for (const Usd_SchemaRecord& record : _data->records) {
@@ -162,13 +163,14 @@ UsdSchemaRegistry::FindSchemaInfosInFamily(const TfToken& schemaFamily, UsdSchem
     for (const SchemaInfo* info : FindSchemaInfosInFamily(schemaFamily)) {
         const bool isGreater = info->version > schemaVersion;
         const bool isEqual = info->version == schemaVersion;
-        const bool wanted = versionPolicy == VersionPolicy::All ||
-                            (isEqual && (versionPolicy == VersionPolicy::GreaterThanOrEqual ||
-                                         versionPolicy == VersionPolicy::LessThanOrEqual)) ||
-                            (isGreater && (versionPolicy == VersionPolicy::GreaterThan ||
-                                           versionPolicy == VersionPolicy::GreaterThanOrEqual)) ||
-                            (!isGreater && !isEqual && (versionPolicy == VersionPolicy::LessThan ||
-                                                        versionPolicy == VersionPolicy::LessThanOrEqual));
+        const bool wanted =
+            versionPolicy == VersionPolicy::All ||
+            (isEqual && (versionPolicy == VersionPolicy::GreaterThanOrEqual ||
+                         versionPolicy == VersionPolicy::LessThanOrEqual)) ||
+            (isGreater && (versionPolicy == VersionPolicy::GreaterThan ||
+                           versionPolicy == VersionPolicy::GreaterThanOrEqual)) ||
+            (!isGreater && !isEqual &&
+             (versionPolicy == VersionPolicy::LessThan || versionPolicy == VersionPolicy::LessThanOrEqual));
         if (wanted) {
             result.push_back(info);
         }
@@ -221,12 +223,13 @@ TfType UsdSchemaRegistry::GetTypeFromName(const TfToken& typeName)
 bool UsdSchemaRegistry::IsDisallowedField(const TfToken& fieldName)
 {
     static const std::set<TfToken> disallowed = [] {
-        std::set<TfToken> fields = {
-            SdfFieldKeys->InheritPaths,     SdfFieldKeys->Payload,         SdfFieldKeys->References,
-            SdfFieldKeys->Specializes,      SdfFieldKeys->VariantSelection, SdfFieldKeys->VariantSetNames,
-            SdfFieldKeys->CustomData,       SdfFieldKeys->Active,          SdfFieldKeys->Instanceable,
-            SdfFieldKeys->TimeSamples,      SdfFieldKeys->ConnectionPaths, SdfFieldKeys->TargetPaths,
-            SdfFieldKeys->Specifier,        SdfFieldKeys->Kind};
+        std::set<TfToken> fields = {SdfFieldKeys->InheritPaths,     SdfFieldKeys->Payload,
+                                    SdfFieldKeys->References,       SdfFieldKeys->Specializes,
+                                    SdfFieldKeys->VariantSelection, SdfFieldKeys->VariantSetNames,
+                                    SdfFieldKeys->CustomData,       SdfFieldKeys->Active,
+                                    SdfFieldKeys->Instanceable,     SdfFieldKeys->TimeSamples,
+                                    SdfFieldKeys->ConnectionPaths,  SdfFieldKeys->TargetPaths,
+                                    SdfFieldKeys->Specifier,        SdfFieldKeys->Kind};
         for (const char* name : {"spline", "clips", "clipSets", "connectionChildren", "expressionChildren",
                                  "mapperArgChildren", "mapperChildren", "primChildren", "properties",
                                  "targetChildren", "variantChildren", "variantSetChildren"}) {
@@ -237,10 +240,7 @@ bool UsdSchemaRegistry::IsDisallowedField(const TfToken& fieldName)
     return disallowed.count(fieldName) > 0;
 }
 
-bool UsdSchemaRegistry::IsTyped(const TfType& primType)
-{
-    return primType.IsA<UsdTyped>();
-}
+bool UsdSchemaRegistry::IsTyped(const TfType& primType) { return primType.IsA<UsdTyped>(); }
 
 UsdSchemaKind UsdSchemaRegistry::GetSchemaKind(const TfType& schemaType)
 {
@@ -267,7 +267,8 @@ UsdSchemaKind UsdSchemaRegistry::GetSchemaKind(const TfToken& typeName)
         return test;                                                                                         \
     }
 USD_SCHEMA_KIND_QUESTION(IsConcrete, kind == UsdSchemaKind::ConcreteTyped)
-USD_SCHEMA_KIND_QUESTION(IsAbstract, kind == UsdSchemaKind::AbstractTyped || kind == UsdSchemaKind::AbstractBase)
+USD_SCHEMA_KIND_QUESTION(IsAbstract,
+                         kind == UsdSchemaKind::AbstractTyped || kind == UsdSchemaKind::AbstractBase)
 USD_SCHEMA_KIND_QUESTION(IsAppliedAPISchema,
                          kind == UsdSchemaKind::SingleApplyAPI || kind == UsdSchemaKind::MultipleApplyAPI)
 USD_SCHEMA_KIND_QUESTION(IsMultipleApplyAPISchema, kind == UsdSchemaKind::MultipleApplyAPI)
@@ -283,7 +284,8 @@ std::pair<TfToken, TfToken> UsdSchemaRegistry::GetTypeNameAndInstance(const TfTo
     return {TfToken(text.substr(0, colon)), TfToken(text.substr(colon + 1))};
 }
 
-bool UsdSchemaRegistry::IsAllowedAPISchemaInstanceName(const TfToken& apiSchemaName, const TfToken& instanceName)
+bool UsdSchemaRegistry::IsAllowedAPISchemaInstanceName(const TfToken& apiSchemaName,
+                                                       const TfToken& instanceName)
 {
     const UsdPrimDefinition* const definition = GetInstance().FindAppliedAPIPrimDefinition(apiSchemaName);
     if (instanceName.IsEmpty() || !definition || !IsMultipleApplyAPISchema(apiSchemaName)) {
@@ -357,9 +359,11 @@ const UsdPrimDefinition* UsdSchemaRegistry::FindAppliedAPIPrimDefinition(const T
 }
 
 std::unique_ptr<UsdPrimDefinition>
-UsdSchemaRegistry::BuildComposedPrimDefinition(const TfToken& primType, const TfTokenVector& appliedAPISchemas) const
+UsdSchemaRegistry::BuildComposedPrimDefinition(const TfToken& primType,
+                                               const TfTokenVector& appliedAPISchemas) const
 {
-    std::unique_ptr<UsdPrimDefinition> definition = Usd_SchemaComposer::Copy(FindConcretePrimDefinition(primType));
+    std::unique_ptr<UsdPrimDefinition> definition =
+        Usd_SchemaComposer::Copy(FindConcretePrimDefinition(primType));
     Usd_SchemaComposer(*_data).AddApis(appliedAPISchemas, definition.get());
     return definition;
 }

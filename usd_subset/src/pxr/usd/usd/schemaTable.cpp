@@ -20,7 +20,7 @@ Usd_SchemaTable*& _Head()
 UsdSchemaKind _Kind(const std::string& word)
 {
     static const std::pair<const char*, UsdSchemaKind> kinds[] = {
-        {"base", UsdSchemaKind::AbstractBase},     {"abstract", UsdSchemaKind::AbstractTyped},
+        {"base", UsdSchemaKind::AbstractBase},      {"abstract", UsdSchemaKind::AbstractTyped},
         {"concrete", UsdSchemaKind::ConcreteTyped}, {"api", UsdSchemaKind::SingleApplyAPI},
         {"multi", UsdSchemaKind::MultipleApplyAPI}, {"plain", UsdSchemaKind::NonAppliedAPI}};
     for (const auto& [name, kind] : kinds) {
@@ -136,12 +136,7 @@ void _ParseTable(const char* text, std::vector<Usd_SchemaRecord>* records)
 
 } // namespace
 
-Usd_SchemaTable::Usd_SchemaTable(const char* text)
-    : _text(text)
-    , _next(_Head())
-{
-    _Head() = this;
-}
+Usd_SchemaTable::Usd_SchemaTable(const char* text) : _text(text), _next(_Head()) { _Head() = this; }
 
 std::vector<Usd_SchemaRecord> Usd_SchemaTable::ParseAll()
 {

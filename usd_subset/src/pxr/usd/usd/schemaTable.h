@@ -15,7 +15,8 @@
 PXR_NAMESPACE_OPEN_SCOPE
 
 /// One property that a schema declares. Multiple-apply schemas have names with "__INSTANCE_NAME__" in them.
-struct Usd_SchemaProperty {
+struct Usd_SchemaProperty
+{
     SdfSpecType specType = SdfSpecTypeAttribute;
     SdfValueTypeName typeName;
     SdfVariability variability = SdfVariabilityVarying;
@@ -24,8 +25,10 @@ struct Usd_SchemaProperty {
 };
 
 /// One schema as its library's table gives it.
-struct Usd_SchemaRecord {
-    struct Row {
+struct Usd_SchemaRecord
+{
+    struct Row
+    {
         TfToken name;
         /// Changes the fallback of a property that a built-in API schema brings, rather than declaring one.
         bool isOverride = false;
@@ -46,7 +49,8 @@ struct Usd_SchemaRecord {
 /// namespace scope adds its text; bases come before what derives from them.
 ///
 /// One line each:
-///   KIND IDENTIFIER CLASS : BASE_CLASS      KIND: base, abstract, concrete, api, multi (multiple-apply), plain
+///   KIND IDENTIFIER CLASS : BASE_CLASS      KIND: base, abstract, concrete, api, multi (multiple-apply),
+///   plain
 ///     apis NAME...                          built-in API schemas, strongest first
 ///     only IDENTIFIER...                    the types that it can be applied to
 ///     auto IDENTIFIER...                    the types that it belongs to without being applied

@@ -28,8 +28,9 @@ bool UsdGeomModelAPI::SetExtentsHint(const VtVec3fArray& extents, const UsdTimeC
 {
     const size_t most = 2 * UsdGeomImageable::GetOrderedPurposeTokens().size();
     if (extents.size() % 2 != 0 || extents.size() < 2 || extents.size() > most) {
-        TF_CODING_ERROR("An extents hint for <%s> needs two corners for each purpose, at most %zu; it has %zu.",
-                        GetPath().GetText(), most, extents.size());
+        TF_CODING_ERROR(
+            "An extents hint for <%s> needs two corners for each purpose, at most %zu; it has %zu.",
+            GetPath().GetText(), most, extents.size());
         return false;
     }
     const UsdAttribute attribute = GetPrim().CreateAttribute(

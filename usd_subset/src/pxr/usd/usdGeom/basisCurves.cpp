@@ -9,7 +9,8 @@ PXR_NAMESPACE_OPEN_SCOPE
 namespace {
 
 /// What decides how many segments a curve has.
-struct _Shape {
+struct _Shape
+{
     VtIntArray counts;
     TfToken type, basis, wrap;
 

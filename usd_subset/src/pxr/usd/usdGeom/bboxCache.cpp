@@ -24,8 +24,8 @@ bool _IsFinite(const GfRange3d& range)
 bool _IsComponent(const UsdPrim& prim)
 {
     TfToken kind;
-    return UsdModelAPI(prim).GetKind(&kind) &&
-           (KindRegistry::IsA(kind, KindTokens->component) || KindRegistry::IsA(kind, KindTokens->subcomponent));
+    return UsdModelAPI(prim).GetKind(&kind) && (KindRegistry::IsA(kind, KindTokens->component) ||
+                                                KindRegistry::IsA(kind, KindTokens->subcomponent));
 }
 
 UsdPrim _FindComponent(const UsdPrim& start)
@@ -45,22 +45,18 @@ bool _IsValid(const UsdPrim& prim)
     return bool(prim);
 }
 
-auto _Predicate()
-{
-    return UsdPrimIsActive && UsdPrimIsDefined && !UsdPrimIsAbstract;
-}
+auto _Predicate() { return UsdPrimIsActive && UsdPrimIsDefined && !UsdPrimIsAbstract; }
 
 } // namespace
 
 UsdGeomBBoxCache::UsdGeomBBoxCache(UsdTimeCode time, TfTokenVector includedPurposes, bool useExtentsHint,
                                    bool ignoreVisibility)
-    : _time(time)
-    , _includedPurposes(std::move(includedPurposes))
-    , _ctmCache(time)
-    , _useExtentsHint(useExtentsHint)
-    , _ignoreVisibility(ignoreVisibility)
-{
-}
+    : _time(time),
+      _includedPurposes(std::move(includedPurposes)),
+      _ctmCache(time),
+      _useExtentsHint(useExtentsHint),
+      _ignoreVisibility(ignoreVisibility)
+{}
 
 void UsdGeomBBoxCache::Clear()
 {
@@ -109,7 +105,8 @@ GfBBox3d UsdGeomBBoxCache::_Transformed(GfBBox3d bbox, const GfMatrix4d& matrix,
     }
     bbox.Transform(matrix);
     if (!_IsFinite(bbox.ComputeAlignedRange())) {
-        TF_WARN("The bounds of <%s> are not finite and left out: its transform is not.", prim.GetPath().GetText());
+        TF_WARN("The bounds of <%s> are not finite and left out: its transform is not.",
+                prim.GetPath().GetText());
         return GfBBox3d();
     }
     return bbox;
@@ -209,7 +206,8 @@ const UsdGeomImageable::PurposeInfo& UsdGeomBBoxCache::_GetPurposeInfo(const _Pr
                                              !fromInstance.IsEmpty());
         } else {
             const UsdGeomImageable imageable(prim);
-            entry->purposeInfo = above ? imageable.ComputePurposeInfo(*above) : imageable.ComputePurposeInfo();
+            entry->purposeInfo =
+                above ? imageable.ComputePurposeInfo(*above) : imageable.ComputePurposeInfo();
         }
         above = &entry->purposeInfo;
     }
@@ -226,7 +224,7 @@ bool UsdGeomBBoxCache::_AddExtentsHint(const UsdPrim& prim, _Entry* entry)
     }
     const TfTokenVector& purposes = UsdGeomImageable::GetOrderedPurposeTokens();
     for (size_t i = 0; i < purposes.size() && 2 * i + 2 <= corners.size(); ++i) {
-        const GfRange3d range(GfVec3d(corners[2 * i]), GfVec3d(corners[2 * i + 1]));
+        const GfRange3d range{GfVec3d(corners[2 * i]), GfVec3d(corners[2 * i + 1])};
         if (_IsFinite(range)) {
             entry->bboxes[purposes[i]] = GfBBox3d(range);
         } else {
@@ -243,7 +241,7 @@ void UsdGeomBBoxCache::_AddExtent(const UsdPrim& prim, _Entry* entry)
     if (!UsdGeomBoundable(prim).ComputeExtent(_time, &extent)) {
         return;
     }
-    const GfRange3d range(GfVec3d(extent[0]), GfVec3d(extent[1]));
+    const GfRange3d range{GfVec3d(extent[0]), GfVec3d(extent[1])};
     if (_IsFinite(range)) {
         entry->bboxes[entry->purposeInfo.purpose].SetRange(range);
     } else {
@@ -262,7 +260,8 @@ void UsdGeomBBoxCache::_UpdateVariability(const UsdPrim& prim, _Entry* entry) co
 }
 
 /// A prim whose children are being resolved.
-struct UsdGeomBBoxCache::_Frame {
+struct UsdGeomBBoxCache::_Frame
+{
     _PrimContext context;
     _Entry* entry = nullptr;
     GfMatrix4d inverseComponentCtm{1.0};
@@ -286,7 +285,8 @@ UsdGeomBBoxCache::_PurposeToBBoxMap UsdGeomBBoxCache::_Resolve(const UsdPrim& pr
         if (frame.next < frame.children.size()) {
             const _PrimContext child = frame.children[frame.next++];
             // Prototypes are resolved in their own space.
-            const GfMatrix4d inverse = frame.context.prim.IsInstance() ? GfMatrix4d(1.0) : frame.inverseComponentCtm;
+            const GfMatrix4d inverse =
+                frame.context.prim.IsInstance() ? GfMatrix4d(1.0) : frame.inverseComponentCtm;
             _Open(child, inverse, &stack);
         } else {
             _AddChildBounds(frame);
@@ -330,8 +330,8 @@ void UsdGeomBBoxCache::_Open(const _PrimContext& context, const GfMatrix4d& inve
     stack->push_back(std::move(frame));
 }
 
-std::vector<UsdGeomBBoxCache::_PrimContext> UsdGeomBBoxCache::_GetIncludedChildren(const _PrimContext& context,
-                                                                                  _Entry* entry)
+std::vector<UsdGeomBBoxCache::_PrimContext>
+UsdGeomBBoxCache::_GetIncludedChildren(const _PrimContext& context, _Entry* entry)
 {
     const bool isInstance = context.prim.IsInstance();
     const UsdPrim parent = isInstance ? context.prim.GetPrototype() : context.prim;
@@ -354,7 +354,8 @@ void UsdGeomBBoxCache::_AddChildBounds(const _Frame& frame)
 {
     const UsdPrim& prim = frame.context.prim;
     const bool isInstance = prim.IsInstance();
-    // Boxes are joined in the space of the enclosing component, where they are tightest, and kept in the prim's own.
+    // Boxes are joined in the space of the enclosing component, where they are tightest, and kept in the
+    // prim's own.
     GfMatrix4d toComponent(1.0);
     bool hasBounds = false;
     for (const _PrimContext& childContext : frame.children) {

@@ -111,7 +111,8 @@ bool UsdGeomBBoxCache::_ComputePointInstanceBounds(const UsdGeomPointInstancer& 
             return false;
         }
         result[i] = GfBBox3d();
-        if (const UsdPrim protoPrim = instancer.GetPrim().GetStage()->GetPrimAtPath(protoPaths[size_t(proto)])) {
+        if (const UsdPrim protoPrim =
+                instancer.GetPrim().GetStage()->GetPrimAtPath(protoPaths[size_t(proto)])) {
             result[i] = ComputeUntransformedBound(protoPrim);
             result[i].Transform(matrices[size_t(id)] * xform);
         }
@@ -129,7 +130,8 @@ bool UsdGeomBBoxCache::ComputePointInstanceWorldBounds(const UsdGeomPointInstanc
 
 bool UsdGeomBBoxCache::ComputePointInstanceRelativeBounds(const UsdGeomPointInstancer& instancer,
                                                           const int64_t* instanceIdBegin, size_t numIds,
-                                                          const UsdPrim& relativeToAncestorPrim, GfBBox3d* result)
+                                                          const UsdPrim& relativeToAncestorPrim,
+                                                          GfBBox3d* result)
 {
     const GfMatrix4d ancestor = _ctmCache.GetLocalToWorldTransform(relativeToAncestorPrim);
     // The order of the factors is OpenUSD's.
@@ -144,7 +146,8 @@ bool UsdGeomBBoxCache::ComputePointInstanceLocalBounds(const UsdGeomPointInstanc
 {
     bool resets = false;
     return _ComputePointInstanceBounds(instancer, instanceIdBegin, numIds,
-                                       _ctmCache.GetLocalTransformation(instancer.GetPrim(), &resets), result);
+                                       _ctmCache.GetLocalTransformation(instancer.GetPrim(), &resets),
+                                       result);
 }
 
 bool UsdGeomBBoxCache::ComputePointInstanceUntransformedBounds(const UsdGeomPointInstancer& instancer,
@@ -154,7 +157,8 @@ bool UsdGeomBBoxCache::ComputePointInstanceUntransformedBounds(const UsdGeomPoin
     return _ComputePointInstanceBounds(instancer, instanceIdBegin, numIds, GfMatrix4d(1.0), result);
 }
 
-GfBBox3d UsdGeomBBoxCache::ComputePointInstanceWorldBound(const UsdGeomPointInstancer& instancer, int64_t instanceId)
+GfBBox3d UsdGeomBBoxCache::ComputePointInstanceWorldBound(const UsdGeomPointInstancer& instancer,
+                                                          int64_t instanceId)
 {
     GfBBox3d bbox;
     ComputePointInstanceWorldBounds(instancer, &instanceId, 1, &bbox);
@@ -170,7 +174,8 @@ GfBBox3d UsdGeomBBoxCache::ComputePointInstanceRelativeBound(const UsdGeomPointI
     return bbox;
 }
 
-GfBBox3d UsdGeomBBoxCache::ComputePointInstanceLocalBound(const UsdGeomPointInstancer& instancer, int64_t instanceId)
+GfBBox3d UsdGeomBBoxCache::ComputePointInstanceLocalBound(const UsdGeomPointInstancer& instancer,
+                                                          int64_t instanceId)
 {
     GfBBox3d bbox;
     ComputePointInstanceLocalBounds(instancer, &instanceId, 1, &bbox);

@@ -53,8 +53,8 @@ private:
     std::unordered_map<TfType, UsdGeomComputeExtentFunction, TfHash> _byType;
 };
 
-bool _ComputeFromFunction(const UsdGeomBoundable& boundable, const UsdTimeCode& time, const GfMatrix4d* transform,
-                          VtVec3fArray* extent)
+bool _ComputeFromFunction(const UsdGeomBoundable& boundable, const UsdTimeCode& time,
+                          const GfMatrix4d* transform, VtVec3fArray* extent)
 {
     if (!boundable) {
         TF_CODING_ERROR("No extent can be computed: the prim is invalid or not boundable.");
@@ -74,8 +74,8 @@ bool _ComputeFromFunction(const UsdGeomBoundable& boundable, const UsdTimeCode& 
         return false;
     }
     if (computed.size() != 2) {
-        TF_CODING_ERROR("The extent function for <%s> gave %zu corners instead of 2.", prim.GetPath().GetText(),
-                        computed.size());
+        TF_CODING_ERROR("The extent function for <%s> gave %zu corners instead of 2.",
+                        prim.GetPath().GetText(), computed.size());
         return false;
     }
     *extent = std::move(computed);

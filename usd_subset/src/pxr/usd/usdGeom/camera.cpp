@@ -20,7 +20,8 @@ void _Read(const UsdAttribute& attribute, const UsdTimeCode& time, const Use& us
     if (attribute.Get(&value, time)) {
         use(value);
     } else {
-        TF_WARN("<%s> has no value of its type; the camera keeps its default.", attribute.GetPath().GetText());
+        TF_WARN("<%s> has no value of its type; the camera keeps its default.",
+                attribute.GetPath().GetText());
     }
 }
 

@@ -33,8 +33,8 @@ inline void UsdGeom_SetExtent(const GfVec3f& min, const GfVec3f& max, VtVec3fArr
 /// Writes the extent of the box from -max to max, moved by a matrix where that is not null.
 void UsdGeom_SetSymmetricExtent(const GfVec3d& max, const GfMatrix4d* transform, VtVec3fArray* extent);
 
-/// Half the size of the box around something of this length along an axis and radius across; false where the axis
-/// is none of X, Y and Z.
+/// Half the size of the box around something of this length along an axis and radius across; false where the
+/// axis is none of X, Y and Z.
 bool UsdGeom_ComputeAxialMax(double halfLength, double radius, const TfToken& axis, GfVec3f* max);
 
 PXR_NAMESPACE_CLOSE_SCOPE

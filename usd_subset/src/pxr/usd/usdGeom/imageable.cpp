@@ -12,8 +12,8 @@ PXR_NAMESPACE_OPEN_SCOPE
 
 const TfTokenVector& UsdGeomImageable::GetOrderedPurposeTokens()
 {
-    static const TfTokenVector purposes = {UsdGeomTokens->default_, UsdGeomTokens->render, UsdGeomTokens->proxy,
-                                           UsdGeomTokens->guide};
+    static const TfTokenVector purposes = {UsdGeomTokens->default_, UsdGeomTokens->render,
+                                           UsdGeomTokens->proxy, UsdGeomTokens->guide};
     return purposes;
 }
 
@@ -42,7 +42,8 @@ TfToken _ComputePurposeVisibility(const UsdPrim& start, const TfToken& purpose, 
 {
     for (UsdPrim prim = start; prim; prim = prim.GetParent()) {
         const UsdGeomImageable imageable(prim);
-        const UsdAttribute attribute = imageable ? imageable.GetPurposeVisibilityAttr(purpose) : UsdAttribute();
+        const UsdAttribute attribute =
+            imageable ? imageable.GetPurposeVisibilityAttr(purpose) : UsdAttribute();
         TfToken visibility;
         if (attribute && attribute.HasAuthoredValue() && attribute.Get(&visibility, time)) {
             return visibility;
@@ -163,10 +164,7 @@ TfToken _GetFallbackPurpose(const UsdGeomImageable& imageable)
 
 } // namespace
 
-TfToken UsdGeomImageable::ComputePurpose() const
-{
-    return ComputePurposeInfo().purpose;
-}
+TfToken UsdGeomImageable::ComputePurpose() const { return ComputePurposeInfo().purpose; }
 
 UsdGeomImageable::PurposeInfo UsdGeomImageable::ComputePurposeInfo() const
 {
@@ -175,7 +173,8 @@ UsdGeomImageable::PurposeInfo UsdGeomImageable::ComputePurposeInfo() const
         return PurposeInfo(authored, true);
     }
     const TfToken inherited = _GetInheritedPurpose(GetPrim());
-    return inherited.IsEmpty() ? PurposeInfo(_GetFallbackPurpose(*this), false) : PurposeInfo(inherited, true);
+    return inherited.IsEmpty() ? PurposeInfo(_GetFallbackPurpose(*this), false)
+                               : PurposeInfo(inherited, true);
 }
 
 UsdGeomImageable::PurposeInfo UsdGeomImageable::ComputePurposeInfo(const PurposeInfo& parentPurposeInfo) const
@@ -184,7 +183,8 @@ UsdGeomImageable::PurposeInfo UsdGeomImageable::ComputePurposeInfo(const Purpose
     if (!authored.IsEmpty()) {
         return PurposeInfo(authored, true);
     }
-    return parentPurposeInfo.isInheritable ? parentPurposeInfo : PurposeInfo(_GetFallbackPurpose(*this), false);
+    return parentPurposeInfo.isInheritable ? parentPurposeInfo
+                                           : PurposeInfo(_GetFallbackPurpose(*this), false);
 }
 
 UsdPrim UsdGeomImageable::ComputeProxyPrim(UsdPrim* renderPrim) const
@@ -212,8 +212,8 @@ UsdPrim UsdGeomImageable::ComputeProxyPrim(UsdPrim* renderPrim) const
     const UsdGeomImageable imageable(proxy);
     const TfToken purpose = imageable ? imageable.ComputePurpose() : _GetInheritedPurpose(proxy);
     if (purpose != UsdGeomTokens->proxy) {
-        TF_WARN("<%s> is the proxy of <%s>, but its purpose is '%s' instead of 'proxy'.", proxy.GetPath().GetText(),
-                renderRoot.GetPath().GetText(), purpose.GetText());
+        TF_WARN("<%s> is the proxy of <%s>, but its purpose is '%s' instead of 'proxy'.",
+                proxy.GetPath().GetText(), renderRoot.GetPath().GetText(), purpose.GetText());
         return UsdPrim();
     }
     if (renderPrim) {

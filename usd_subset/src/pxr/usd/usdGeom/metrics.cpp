@@ -40,17 +40,14 @@ bool UsdGeomSetStageUpAxis(const UsdStageWeakPtr& stage, const TfToken& axis)
         return false;
     }
     if (axis != UsdGeomTokens->y && axis != UsdGeomTokens->z) {
-        TF_CODING_ERROR("The up axis of %s can be Y or Z, not '%s'.", stage->GetRootLayer()->GetIdentifier().c_str(),
-                        axis.GetText());
+        TF_CODING_ERROR("The up axis of %s can be Y or Z, not '%s'.",
+                        stage->GetRootLayer()->GetIdentifier().c_str(), axis.GetText());
         return false;
     }
     return stage->SetMetadata(UsdGeomTokens->upAxis, VtValue(axis));
 }
 
-TfToken UsdGeomGetFallbackUpAxis()
-{
-    return UsdGeomTokens->y;
-}
+TfToken UsdGeomGetFallbackUpAxis() { return UsdGeomTokens->y; }
 
 double UsdGeomGetStageMetersPerUnit(const UsdStageWeakPtr& stage)
 {

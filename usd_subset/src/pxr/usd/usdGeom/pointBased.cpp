@@ -41,10 +41,7 @@ size_t _GetSize(const UsdAttribute& attribute, UsdTimeCode time)
 
 } // namespace
 
-UsdGeomPrimvar UsdGeomGprim::GetDisplayColorPrimvar() const
-{
-    return UsdGeomPrimvar(GetDisplayColorAttr());
-}
+UsdGeomPrimvar UsdGeomGprim::GetDisplayColorPrimvar() const { return UsdGeomPrimvar(GetDisplayColorAttr()); }
 
 UsdGeomPrimvar UsdGeomGprim::CreateDisplayColorPrimvar(const TfToken& interpolation, int elementSize) const
 {
@@ -63,17 +60,15 @@ UsdGeomPrimvar UsdGeomGprim::CreateDisplayOpacityPrimvar(const TfToken& interpol
         UsdGeomTokens->primvarsDisplayOpacity, SdfValueTypeNames->FloatArray, interpolation, elementSize);
 }
 
-TfToken UsdGeomPointBased::GetNormalsInterpolation() const
-{
-    return _GetInterpolation(GetNormalsAttr());
-}
+TfToken UsdGeomPointBased::GetNormalsInterpolation() const { return _GetInterpolation(GetNormalsAttr()); }
 
 bool UsdGeomPointBased::SetNormalsInterpolation(const TfToken& interpolation)
 {
     return _SetInterpolation(GetNormalsAttr(), interpolation);
 }
 
-bool UsdGeomPointBased::ComputePointsAtTime(VtArray<GfVec3f>* points, UsdTimeCode time, UsdTimeCode baseTime) const
+bool UsdGeomPointBased::ComputePointsAtTime(VtArray<GfVec3f>* points, UsdTimeCode time,
+                                            UsdTimeCode baseTime) const
 {
     std::vector<VtArray<GfVec3f>> pointsArray;
     if (!ComputePointsAtTimes(&pointsArray, {time}, baseTime)) {
@@ -84,7 +79,8 @@ bool UsdGeomPointBased::ComputePointsAtTime(VtArray<GfVec3f>* points, UsdTimeCod
 }
 
 bool UsdGeomPointBased::ComputePointsAtTimes(std::vector<VtArray<GfVec3f>>* pointsArray,
-                                             const std::vector<UsdTimeCode>& times, UsdTimeCode baseTime) const
+                                             const std::vector<UsdTimeCode>& times,
+                                             UsdTimeCode baseTime) const
 {
     UsdGeom_Sample sample, velocitySample, accelerationSample;
     VtVec3fArray points, velocities, accelerations;
@@ -94,8 +90,8 @@ bool UsdGeomPointBased::ComputePointsAtTimes(std::vector<VtArray<GfVec3f>>* poin
     }
     UsdGeom_ReadRates(GetVelocitiesAttr(), baseTime, sample, points.size(), &velocitySample, &velocities);
     if (!velocities.empty()) {
-        UsdGeom_ReadRates(GetAccelerationsAttr(), baseTime, velocitySample, points.size(), &accelerationSample,
-                          &accelerations);
+        UsdGeom_ReadRates(GetAccelerationsAttr(), baseTime, velocitySample, points.size(),
+                          &accelerationSample, &accelerations);
     }
     UsdStageWeakPtr stage = GetPrim().GetStage();
     std::vector<VtArray<GfVec3f>> result(times.size());
@@ -114,10 +110,10 @@ bool UsdGeomPointBased::ComputePointsAtTimes(std::vector<VtArray<GfVec3f>>* poin
     return true;
 }
 
-bool UsdGeomPointBased::ComputePointsAtTime(VtArray<GfVec3f>* points, UsdStageWeakPtr& stage, UsdTimeCode time,
-                                            const VtVec3fArray& positions, const VtVec3fArray& velocities,
-                                            UsdTimeCode velocitiesSampleTime, const VtVec3fArray& accelerations,
-                                            float /*velocityScale*/)
+bool UsdGeomPointBased::ComputePointsAtTime(VtArray<GfVec3f>* points, UsdStageWeakPtr& stage,
+                                            UsdTimeCode time, const VtVec3fArray& positions,
+                                            const VtVec3fArray& velocities, UsdTimeCode velocitiesSampleTime,
+                                            const VtVec3fArray& accelerations, float /*velocityScale*/)
 {
     const bool fits = (velocities.empty() || velocities.size() >= positions.size()) &&
                       (accelerations.empty() || accelerations.size() >= positions.size());
@@ -139,10 +135,7 @@ bool UsdGeomPointBased::ComputePointsAtTime(VtArray<GfVec3f>* points, UsdStageWe
 
 const float UsdGeomMesh::SHARPNESS_INFINITE = 10.0f;
 
-bool UsdGeomMesh::IsSharpnessInfinite(float sharpness)
-{
-    return sharpness >= SHARPNESS_INFINITE;
-}
+bool UsdGeomMesh::IsSharpnessInfinite(float sharpness) { return sharpness >= SHARPNESS_INFINITE; }
 
 bool UsdGeomMesh::ValidateTopology(const VtIntArray& faceVertexIndices, const VtIntArray& faceVertexCounts,
                                    size_t numPoints, std::string* reason)
@@ -158,12 +151,13 @@ bool UsdGeomMesh::ValidateTopology(const VtIntArray& faceVertexIndices, const Vt
         sum += count;
     }
     if (sum < 0 || static_cast<size_t>(sum) != faceVertexIndices.size()) {
-        return fail(TfStringPrintf("faceVertexCounts add up to %lld, but there are %zu faceVertexIndices.", sum,
-                                   faceVertexIndices.size()));
+        return fail(TfStringPrintf("faceVertexCounts add up to %lld, but there are %zu faceVertexIndices.",
+                                   sum, faceVertexIndices.size()));
     }
     for (const int index : faceVertexIndices) {
         if (index < 0 || static_cast<size_t>(index) >= numPoints) {
-            return fail(TfStringPrintf("faceVertexIndices holds %d, but there are %zu points.", index, numPoints));
+            return fail(
+                TfStringPrintf("faceVertexIndices holds %d, but there are %zu points.", index, numPoints));
         }
     }
     return true;
@@ -174,10 +168,7 @@ size_t UsdGeomMesh::GetFaceCount(UsdTimeCode timeCode) const
     return _GetSize<int>(GetFaceVertexCountsAttr(), timeCode);
 }
 
-TfToken UsdGeomCurves::GetWidthsInterpolation() const
-{
-    return _GetInterpolation(GetWidthsAttr());
-}
+TfToken UsdGeomCurves::GetWidthsInterpolation() const { return _GetInterpolation(GetWidthsAttr()); }
 
 bool UsdGeomCurves::SetWidthsInterpolation(const TfToken& interpolation)
 {
@@ -189,10 +180,7 @@ size_t UsdGeomCurves::GetCurveCount(UsdTimeCode timeCode) const
     return _GetSize<int>(GetCurveVertexCountsAttr(), timeCode);
 }
 
-TfToken UsdGeomPoints::GetWidthsInterpolation() const
-{
-    return _GetInterpolation(GetWidthsAttr());
-}
+TfToken UsdGeomPoints::GetWidthsInterpolation() const { return _GetInterpolation(GetWidthsAttr()); }
 
 bool UsdGeomPoints::SetWidthsInterpolation(const TfToken& interpolation)
 {

@@ -34,7 +34,8 @@ VtVec3fArray _SphereCorners(double radius, const GfMatrix4d* transform)
         direction.SetTranslateOnly(GfVec3d(0.0));
         UsdGeomSphere::ComputeExtent(radius, direction, &corners);
     } else {
-        UsdGeom_SetExtent(GfVec3f(static_cast<float>(-radius)), GfVec3f(static_cast<float>(radius)), &corners);
+        UsdGeom_SetExtent(GfVec3f(static_cast<float>(-radius)), GfVec3f(static_cast<float>(radius)),
+                          &corners);
     }
     return corners;
 }
@@ -71,8 +72,8 @@ bool _SetWidePointExtent(const VtVec3fArray& points, const VtFloatArray& widths,
     return true;
 }
 
-bool _ComputePointBased(const UsdGeomBoundable& boundable, const UsdTimeCode& time, const GfMatrix4d* transform,
-                        VtVec3fArray* extent)
+bool _ComputePointBased(const UsdGeomBoundable& boundable, const UsdTimeCode& time,
+                        const GfMatrix4d* transform, VtVec3fArray* extent)
 {
     VtVec3fArray points;
     return UsdGeomPointBased(boundable).GetPointsAttr().Get(&points, time) &&
@@ -111,7 +112,6 @@ void UsdGeom_RegisterPointExtents()
     UsdGeomRegisterComputeExtentFunction<UsdGeomPoints>(_ComputePoints);
 }
 
-
 bool UsdGeomPointBased::ComputeExtent(const VtVec3fArray& points, VtVec3fArray* extent)
 {
     return _SetPointExtent(points, nullptr, extent);
@@ -123,7 +123,8 @@ bool UsdGeomPointBased::ComputeExtent(const VtVec3fArray& points, const GfMatrix
     return _SetPointExtent(points, &transform, extent);
 }
 
-bool UsdGeomCurves::ComputeExtent(const VtVec3fArray& points, const VtFloatArray& widths, VtVec3fArray* extent)
+bool UsdGeomCurves::ComputeExtent(const VtVec3fArray& points, const VtFloatArray& widths,
+                                  VtVec3fArray* extent)
 {
     return _SetCurveExtent(points, widths, nullptr, extent);
 }
@@ -134,7 +135,8 @@ bool UsdGeomCurves::ComputeExtent(const VtVec3fArray& points, const VtFloatArray
     return _SetCurveExtent(points, widths, &transform, extent);
 }
 
-bool UsdGeomPoints::ComputeExtent(const VtVec3fArray& points, const VtFloatArray& widths, VtVec3fArray* extent)
+bool UsdGeomPoints::ComputeExtent(const VtVec3fArray& points, const VtFloatArray& widths,
+                                  VtVec3fArray* extent)
 {
     return _SetWidePointExtent(points, widths, nullptr, extent);
 }

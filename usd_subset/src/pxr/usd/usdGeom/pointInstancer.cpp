@@ -100,10 +100,7 @@ bool UsdGeomPointInstancer::DeactivateIds(const VtInt64Array& ids) const
 
 // ---- Invisible ids: an attribute ----
 
-bool UsdGeomPointInstancer::VisId(int64_t id, const UsdTimeCode& time) const
-{
-    return VisIds({id}, time);
-}
+bool UsdGeomPointInstancer::VisId(int64_t id, const UsdTimeCode& time) const { return VisIds({id}, time); }
 
 bool UsdGeomPointInstancer::VisIds(const VtInt64Array& ids, const UsdTimeCode& time) const
 {

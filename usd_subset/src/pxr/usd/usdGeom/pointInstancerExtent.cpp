@@ -16,20 +16,21 @@ namespace {
 
 constexpr size_t kMaxNesting = 100;
 
-/// What instancers nested in each other share while the extent of the outermost one is computed: one cache, so that
-/// a prototype that many refer to is computed once, and the paths on the way down, so that a cycle is noticed.
-struct _Nest {
+/// What instancers nested in each other share while the extent of the outermost one is computed: one cache,
+/// so that a prototype that many refer to is computed once, and the paths on the way down, so that a cycle is
+/// noticed.
+struct _Nest
+{
     UsdTimeCode time;
     UsdStageWeakPtr stage;
     UsdGeomBBoxCache cache;
     std::vector<SdfPath> open;
 
     _Nest(const UsdStageWeakPtr& stage_, UsdTimeCode time_)
-        : time(time_)
-        , stage(stage_)
-        , cache(time_, {UsdGeomTokens->default_, UsdGeomTokens->proxy, UsdGeomTokens->render})
-    {
-    }
+        : time(time_),
+          stage(stage_),
+          cache(time_, {UsdGeomTokens->default_, UsdGeomTokens->proxy, UsdGeomTokens->render})
+    {}
 };
 
 thread_local _Nest* t_nest = nullptr;
@@ -38,9 +39,7 @@ thread_local _Nest* t_nest = nullptr;
 class _Entrance
 {
 public:
-    _Entrance(const UsdPrim& prim, UsdTimeCode time)
-        : _outer(t_nest)
-        , _path(prim.GetPath())
+    _Entrance(const UsdPrim& prim, UsdTimeCode time) : _outer(t_nest), _path(prim.GetPath())
     {
         const UsdStageWeakPtr stage = prim.GetStage();
         if (!t_nest || t_nest->time != time || t_nest->stage != stage) {
@@ -72,8 +71,8 @@ private:
     bool _isAllowed = false;
 };
 
-bool _ComputeInstancer(const UsdGeomBoundable& boundable, const UsdTimeCode& time, const GfMatrix4d* transform,
-                       VtVec3fArray* extent)
+bool _ComputeInstancer(const UsdGeomBoundable& boundable, const UsdTimeCode& time,
+                       const GfMatrix4d* transform, VtVec3fArray* extent)
 {
     const UsdGeomPointInstancer instancer(boundable);
     return transform ? instancer.ComputeExtentAtTime(extent, time, time, *transform)
@@ -111,8 +110,8 @@ bool UsdGeomPointInstancer::_ComputeExtent(VtVec3fArray* extent, UsdTimeCode tim
     }
     _Entrance entrance(prim, time);
     if (!entrance.IsAllowed()) {
-        TF_WARN("<%s> has no extent: it is nested in itself, or more than %zu instancers deep.", GetPath().GetText(),
-                kMaxNesting);
+        TF_WARN("<%s> has no extent: it is nested in itself, or more than %zu instancers deep.",
+                GetPath().GetText(), kMaxNesting);
         return false;
     }
     std::vector<GfBBox3d> protoBounds(protoPaths.size());
@@ -143,7 +142,8 @@ bool UsdGeomPointInstancer::_ComputeExtent(VtVec3fArray* extent, UsdTimeCode tim
     return true;
 }
 
-bool UsdGeomPointInstancer::ComputeExtentAtTime(VtVec3fArray* extent, UsdTimeCode time, UsdTimeCode baseTime) const
+bool UsdGeomPointInstancer::ComputeExtentAtTime(VtVec3fArray* extent, UsdTimeCode time,
+                                                UsdTimeCode baseTime) const
 {
     return _ComputeExtent(extent, time, baseTime, nullptr);
 }
@@ -169,7 +169,8 @@ bool UsdGeomPointInstancer::_ComputeExtents(std::vector<VtVec3fArray>* extents,
 }
 
 bool UsdGeomPointInstancer::ComputeExtentAtTimes(std::vector<VtVec3fArray>* extents,
-                                                 const std::vector<UsdTimeCode>& times, UsdTimeCode baseTime) const
+                                                 const std::vector<UsdTimeCode>& times,
+                                                 UsdTimeCode baseTime) const
 {
     return _ComputeExtents(extents, times, baseTime, nullptr);
 }

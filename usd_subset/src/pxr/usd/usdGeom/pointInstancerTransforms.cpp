@@ -15,7 +15,8 @@ PXR_NAMESPACE_OPEN_SCOPE
 namespace {
 
 /// The arrays that place the instances. Those that are not empty have an entry for each of the instances.
-struct _Placement {
+struct _Placement
+{
     VtIntArray protoIndices;
     VtVec3fArray positions, velocities, accelerations, scales, angularVelocities;
     VtArray<GfQuatf> orientations;
@@ -43,16 +44,16 @@ template <class T>
 void _DropUnlessFilled(const UsdAttribute& attribute, size_t count, VtArray<T>* array)
 {
     if (!array->empty() && array->size() != count) {
-        TF_WARN("<%s> has %zu entries for %zu instances%s.", attribute.GetPath().GetText(), array->size(), count,
-                array->size() < count ? " and is ignored" : "");
+        TF_WARN("<%s> has %zu entries for %zu instances%s.", attribute.GetPath().GetText(), array->size(),
+                count, array->size() < count ? " and is ignored" : "");
     }
     if (array->size() < count) {
         array->clear();
     }
 }
 
-bool _ReadPlacement(const UsdGeomPointInstancer& instancer, UsdTimeCode baseTime, const UsdAttribute& rotations,
-                    _Placement* placement)
+bool _ReadPlacement(const UsdGeomPointInstancer& instancer, UsdTimeCode baseTime,
+                    const UsdAttribute& rotations, _Placement* placement)
 {
     UsdGeom_Sample sample;
     if (!UsdGeom_ReadSample(instancer.GetProtoIndicesAttr(), baseTime, &sample, &placement->protoIndices)) {
@@ -123,13 +124,14 @@ GfMatrix4d _PlaceInstance(const _Placement& placement, size_t i, double seconds,
                 GfRotation(GfVec3d(velocity), angularSeconds * velocity.GetLength()));
         }
     }
-    matrix.SetTranslateOnly(GfVec3d(UsdGeom_MoveOn(placement.positions[i], placement.velocities,
-                                                   placement.accelerations, i, seconds)));
+    matrix.SetTranslateOnly(GfVec3d(
+        UsdGeom_MoveOn(placement.positions[i], placement.velocities, placement.accelerations, i, seconds)));
     return matrix;
 }
 
 /// The prototypes' own transforms, for each target of the relationship; false where an index names none.
-bool _GetPrototypes(const UsdGeomPointInstancer& instancer, const VtIntArray& protoIndices, SdfPathVector* paths)
+bool _GetPrototypes(const UsdGeomPointInstancer& instancer, const VtIntArray& protoIndices,
+                    SdfPathVector* paths)
 {
     if (!instancer.GetPrototypesRel().GetTargets(paths) || paths->empty()) {
         TF_WARN("<%s> has no prototypes.", instancer.GetPath().GetText());
@@ -137,8 +139,8 @@ bool _GetPrototypes(const UsdGeomPointInstancer& instancer, const VtIntArray& pr
     }
     for (const int index : protoIndices) {
         if (index < 0 || size_t(index) >= paths->size()) {
-            TF_WARN("protoIndices of <%s> holds %d, but there are %zu prototypes.", instancer.GetPath().GetText(),
-                    index, paths->size());
+            TF_WARN("protoIndices of <%s> holds %d, but there are %zu prototypes.",
+                    instancer.GetPath().GetText(), index, paths->size());
             return false;
         }
     }

@@ -23,12 +23,14 @@ bool UsdGeomPrimvar::IsPrimvar(const UsdAttribute& attr)
 
 bool UsdGeomPrimvar::IsValidPrimvarName(const TfToken& name)
 {
-    return TfStringStartsWith(name.GetString(), kPrefix) && !TfStringEndsWith(name.GetString(), kIndicesSuffix);
+    return TfStringStartsWith(name.GetString(), kPrefix) &&
+           !TfStringEndsWith(name.GetString(), kIndicesSuffix);
 }
 
 TfToken UsdGeomPrimvar::StripPrimvarsName(const TfToken& name)
 {
-    return TfStringStartsWith(name.GetString(), kPrefix) ? TfToken(name.GetString().substr(kPrefix.size())) : name;
+    return TfStringStartsWith(name.GetString(), kPrefix) ? TfToken(name.GetString().substr(kPrefix.size()))
+                                                         : name;
 }
 
 TfToken UsdGeomPrimvar::_MakeNamespaced(const TfToken& name, bool quiet)
@@ -105,10 +107,7 @@ void UsdGeomPrimvar::GetDeclarationInfo(TfToken* name, SdfValueTypeName* typeNam
     *elementSize = GetElementSize();
 }
 
-TfToken UsdGeomPrimvar::GetPrimvarName() const
-{
-    return StripPrimvarsName(GetName());
-}
+TfToken UsdGeomPrimvar::GetPrimvarName() const { return StripPrimvarsName(GetName()); }
 
 bool UsdGeomPrimvar::NameContainsNamespaces() const
 {
@@ -141,15 +140,9 @@ UsdAttribute UsdGeomPrimvar::_GetIndicesAttr(bool create) const
                   : _attr.GetPrim().GetAttribute(name);
 }
 
-UsdAttribute UsdGeomPrimvar::GetIndicesAttr() const
-{
-    return _GetIndicesAttr(/*create=*/false);
-}
+UsdAttribute UsdGeomPrimvar::GetIndicesAttr() const { return _GetIndicesAttr(/*create=*/false); }
 
-UsdAttribute UsdGeomPrimvar::CreateIndicesAttr() const
-{
-    return _GetIndicesAttr(/*create=*/true);
-}
+UsdAttribute UsdGeomPrimvar::CreateIndicesAttr() const { return _GetIndicesAttr(/*create=*/true); }
 
 bool UsdGeomPrimvar::SetIndices(const VtIntArray& indices, UsdTimeCode time) const
 {

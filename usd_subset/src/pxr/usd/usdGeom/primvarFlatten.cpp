@@ -1,5 +1,17 @@
 #include <pxr/base/gf/matrix3d.h>
 #include <pxr/base/gf/matrix4d.h>
+#include <pxr/base/gf/vec2d.h>
+#include <pxr/base/gf/vec2f.h>
+#include <pxr/base/gf/vec2h.h>
+#include <pxr/base/gf/vec2i.h>
+#include <pxr/base/gf/vec3d.h>
+#include <pxr/base/gf/vec3f.h>
+#include <pxr/base/gf/vec3h.h>
+#include <pxr/base/gf/vec3i.h>
+#include <pxr/base/gf/vec4d.h>
+#include <pxr/base/gf/vec4f.h>
+#include <pxr/base/gf/vec4h.h>
+#include <pxr/base/gf/vec4i.h>
 #include <pxr/base/tf/diagnostic.h>
 #include <pxr/base/tf/stringUtils.h>
 #include <pxr/usd/usdGeom/primvar.h>
@@ -29,8 +41,9 @@ bool _FlattenArray(const VtArray<T>& values, const VtIntArray& indices, int elem
         }
     }
     if (bad > 0 && errString) {
-        *errString = TfStringPrintf("%zu indices name no element of the %zu there are; the first is %d at %zu.", bad,
-                                    elements, indices[firstBad], firstBad);
+        *errString =
+            TfStringPrintf("%zu indices name no element of the %zu there are; the first is %d at %zu.", bad,
+                           elements, indices[firstBad], firstBad);
     }
     result->swap(flat);
     return bad == 0;
@@ -103,9 +116,9 @@ bool UsdGeomPrimvar::ComputeFlattened(VtValue* value, const VtValue& attrVal, co
         return false;
     }
     const int done =
-        _FlattenAny<GfVec2f, GfVec2d, GfVec2i, GfVec2h, GfVec3f, GfVec3d, GfVec3i, GfVec3h, GfVec4f, GfVec4d, GfVec4i,
-                    GfVec4h, GfMatrix3d, GfMatrix4d, std::string, double, int, unsigned int, float, GfHalf>(
-            attrVal, indices, elementSize, value, errString);
+        _FlattenAny<GfVec2f, GfVec2d, GfVec2i, GfVec2h, GfVec3f, GfVec3d, GfVec3i, GfVec3h, GfVec4f, GfVec4d,
+                    GfVec4i, GfVec4h, GfMatrix3d, GfMatrix4d, std::string, double, int, unsigned int, float,
+                    GfHalf>(attrVal, indices, elementSize, value, errString);
     if (done < 0 && errString) {
         *errString = "values of type " + attrVal.GetTypeName() + " cannot be indexed.";
     }

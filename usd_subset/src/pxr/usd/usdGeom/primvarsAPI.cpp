@@ -39,8 +39,8 @@ bool _IsConstant(const UsdGeomPrimvar& primvar)
     return primvar.GetInterpolation() == UsdGeomTokens->constant;
 }
 
-/// Lays a prim's own primvars over inherited ones; true where that changed something. Unless all are accepted, one
-/// that is not constant takes an inherited one of its name away.
+/// Lays a prim's own primvars over inherited ones; true where that changed something. Unless all are
+/// accepted, one that is not constant takes an inherited one of its name away.
 bool _LayOver(const UsdPrim& prim, bool acceptAll, std::vector<UsdGeomPrimvar>* primvars)
 {
     bool hasChanged = false;
@@ -50,9 +50,10 @@ bool _LayOver(const UsdPrim& prim, bool acceptAll, std::vector<UsdGeomPrimvar>* 
             continue;
         }
         const bool isAccepted = acceptAll || _IsConstant(own);
-        const auto it = std::find_if(primvars->begin(), primvars->end(), [&own](const UsdGeomPrimvar& inherited) {
-            return inherited.GetName() == own.GetName();
-        });
+        const auto it =
+            std::find_if(primvars->begin(), primvars->end(), [&own](const UsdGeomPrimvar& inherited) {
+                return inherited.GetName() == own.GetName();
+            });
         if (it == primvars->end()) {
             if (isAccepted) {
                 primvars->push_back(own);
@@ -135,15 +136,16 @@ UsdGeomPrimvar UsdGeomPrimvarsAPI::GetPrimvar(const TfToken& name) const
 
 std::vector<UsdGeomPrimvar> UsdGeomPrimvarsAPI::GetPrimvars() const
 {
-    return _IsValid(GetPrim()) ? _Collect(GetPrim().GetPropertiesInNamespace(kPrefix), [](const auto&) { return true; })
-                               : std::vector<UsdGeomPrimvar>();
+    return _IsValid(GetPrim())
+               ? _Collect(GetPrim().GetPropertiesInNamespace(kPrefix), [](const auto&) { return true; })
+               : std::vector<UsdGeomPrimvar>();
 }
 
 std::vector<UsdGeomPrimvar> UsdGeomPrimvarsAPI::GetAuthoredPrimvars() const
 {
-    return _IsValid(GetPrim())
-               ? _Collect(GetPrim().GetAuthoredPropertiesInNamespace(kPrefix), [](const auto&) { return true; })
-               : std::vector<UsdGeomPrimvar>();
+    return _IsValid(GetPrim()) ? _Collect(GetPrim().GetAuthoredPropertiesInNamespace(kPrefix),
+                                          [](const auto&) { return true; })
+                               : std::vector<UsdGeomPrimvar>();
 }
 
 std::vector<UsdGeomPrimvar> UsdGeomPrimvarsAPI::GetPrimvarsWithValues() const
@@ -155,9 +157,10 @@ std::vector<UsdGeomPrimvar> UsdGeomPrimvarsAPI::GetPrimvarsWithValues() const
 
 std::vector<UsdGeomPrimvar> UsdGeomPrimvarsAPI::GetPrimvarsWithAuthoredValues() const
 {
-    return _IsValid(GetPrim()) ? _Collect(GetPrim().GetAuthoredPropertiesInNamespace(kPrefix),
-                                          [](const UsdGeomPrimvar& primvar) { return primvar.HasAuthoredValue(); })
-                               : std::vector<UsdGeomPrimvar>();
+    return _IsValid(GetPrim())
+               ? _Collect(GetPrim().GetAuthoredPropertiesInNamespace(kPrefix),
+                          [](const UsdGeomPrimvar& primvar) { return primvar.HasAuthoredValue(); })
+               : std::vector<UsdGeomPrimvar>();
 }
 
 std::vector<UsdGeomPrimvar> UsdGeomPrimvarsAPI::FindInheritablePrimvars() const
@@ -193,9 +196,8 @@ UsdGeomPrimvar UsdGeomPrimvarsAPI::FindPrimvarWithInheritance(const TfToken& nam
     return local;
 }
 
-UsdGeomPrimvar
-UsdGeomPrimvarsAPI::FindPrimvarWithInheritance(const TfToken& name,
-                                               const std::vector<UsdGeomPrimvar>& inheritedFromAncestors) const
+UsdGeomPrimvar UsdGeomPrimvarsAPI::FindPrimvarWithInheritance(
+    const TfToken& name, const std::vector<UsdGeomPrimvar>& inheritedFromAncestors) const
 {
     if (!_IsValid(GetPrim())) {
         return UsdGeomPrimvar();
@@ -232,7 +234,8 @@ std::vector<UsdGeomPrimvar> UsdGeomPrimvarsAPI::FindPrimvarsWithInheritance(
 bool UsdGeomPrimvarsAPI::HasPrimvar(const TfToken& name) const
 {
     const TfToken attrName = UsdGeomPrimvar::_MakeNamespaced(name, /*quiet=*/true);
-    return _IsValid(GetPrim()) && !attrName.IsEmpty() && UsdGeomPrimvar::IsPrimvar(GetPrim().GetAttribute(attrName));
+    return _IsValid(GetPrim()) && !attrName.IsEmpty() &&
+           UsdGeomPrimvar::IsPrimvar(GetPrim().GetAttribute(attrName));
 }
 
 bool UsdGeomPrimvarsAPI::HasPossiblyInheritedPrimvar(const TfToken& name) const

@@ -9,10 +9,7 @@ PXR_NAMESPACE_OPEN_SCOPE
 
 namespace {
 
-bool _IsSame(double a, double b)
-{
-    return std::abs(a - b) < std::numeric_limits<double>::epsilon();
-}
+bool _IsSame(double a, double b) { return std::abs(a - b) < std::numeric_limits<double>::epsilon(); }
 
 } // namespace
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <pxr/base/gf/vec3f.h>
 #include <pxr/base/vt/array.h>
 #include <pxr/base/vt/types.h>
 #include <pxr/pxr.h>
@@ -9,7 +10,8 @@
 PXR_NAMESPACE_OPEN_SCOPE
 
 /// Where a value read at a base time comes from: its sample, and the samples around the base time.
-struct UsdGeom_Sample {
+struct UsdGeom_Sample
+{
     UsdTimeCode time = UsdTimeCode::Default();
     double lower = 0.0;
     double upper = 0.0;
@@ -26,8 +28,9 @@ bool UsdGeom_ReadSample(const UsdAttribute& attribute, UsdTimeCode baseTime, Usd
     return UsdGeom_FindSample(attribute, baseTime, sample) && attribute.Get(value, sample->time);
 }
 
-/// Reads rates of change that belong to the values of a sample. They count only where their samples lie at the same
-/// times and there is one for each value; else the array stays empty, with a warning where there were some.
+/// Reads rates of change that belong to the values of a sample. They count only where their samples lie at
+/// the same times and there is one for each value; else the array stays empty, with a warning where there
+/// were some.
 void UsdGeom_ReadRates(const UsdAttribute& attribute, UsdTimeCode baseTime, const UsdGeom_Sample& valueSample,
                        size_t count, UsdGeom_Sample* rateSample, VtVec3fArray* rates);
 

@@ -27,7 +27,10 @@ void UsdGeom_SetSymmetricExtent(const GfVec3d& max, const GfMatrix4d* transform,
 
 bool UsdGeom_ComputeAxialMax(double halfLength, double radius, const TfToken& axis, GfVec3f* max)
 {
-    const int index = axis == UsdGeomTokens->x ? 0 : axis == UsdGeomTokens->y ? 1 : axis == UsdGeomTokens->z ? 2 : -1;
+    const int index = axis == UsdGeomTokens->x   ? 0
+                      : axis == UsdGeomTokens->y ? 1
+                      : axis == UsdGeomTokens->z ? 2
+                                                 : -1;
     if (index < 0) {
         return false;
     }
@@ -50,7 +53,8 @@ bool _SetAxial(double halfLength, double radius, const TfToken& axis, const GfMa
     return true;
 }
 
-bool _SetPlane(double width, double length, const TfToken& axis, const GfMatrix4d* transform, VtVec3fArray* extent)
+bool _SetPlane(double width, double length, const TfToken& axis, const GfMatrix4d* transform,
+               VtVec3fArray* extent)
 {
     const float halfWidth = static_cast<float>(width * 0.5);
     const float halfLength = static_cast<float>(length * 0.5);
@@ -95,11 +99,13 @@ USD_SHAPE_EXTENT(UsdGeomCylinder, (double height, double radius, const TfToken& 
                  _SetAxial(height * 0.5, radius, axis, matrix, extent))
 USD_SHAPE_EXTENT(UsdGeomCapsule, (double height, double radius, const TfToken& axis),
                  _SetAxial(height * 0.5 + radius, radius, axis, matrix, extent))
-USD_SHAPE_EXTENT(UsdGeomCylinder_1, (double height, double radiusTop, double radiusBottom, const TfToken& axis),
+USD_SHAPE_EXTENT(UsdGeomCylinder_1,
+                 (double height, double radiusTop, double radiusBottom, const TfToken& axis),
                  _SetAxial(height * 0.5, std::max(radiusTop, radiusBottom), axis, matrix, extent))
-USD_SHAPE_EXTENT(UsdGeomCapsule_1, (double height, double radiusTop, double radiusBottom, const TfToken& axis),
-                 _SetAxial(height * 0.5 + std::max(radiusTop, radiusBottom), std::max(radiusTop, radiusBottom), axis,
-                           matrix, extent))
+USD_SHAPE_EXTENT(UsdGeomCapsule_1,
+                 (double height, double radiusTop, double radiusBottom, const TfToken& axis),
+                 _SetAxial(height * 0.5 + std::max(radiusTop, radiusBottom),
+                           std::max(radiusTop, radiusBottom), axis, matrix, extent))
 USD_SHAPE_EXTENT(UsdGeomPlane, (double width, double length, const TfToken& axis),
                  _SetPlane(width, length, axis, matrix, extent))
 #undef USD_UNPACK
@@ -111,10 +117,7 @@ namespace {
 class _Reader
 {
 public:
-    explicit _Reader(const UsdTimeCode& time)
-        : _time(time)
-    {
-    }
+    explicit _Reader(const UsdTimeCode& time) : _time(time) {}
 
     double Number(const UsdAttribute& attribute) { return _Read<double>(attribute, 0.0); }
     TfToken Token(const UsdAttribute& attribute) { return _Read<TfToken>(attribute, TfToken()); }
@@ -204,6 +207,5 @@ void UsdGeom_RegisterShapeExtents()
     UsdGeomRegisterComputeExtentFunction<UsdGeomCapsule_1>(_ComputeTapered<UsdGeomCapsule_1, true>);
     UsdGeomRegisterComputeExtentFunction<UsdGeomPlane>(_ComputePlane);
 }
-
 
 PXR_NAMESPACE_CLOSE_SCOPE

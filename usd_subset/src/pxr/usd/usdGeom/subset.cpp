@@ -33,7 +33,8 @@ UsdGeomSubset UsdGeomSubset::CreateGeomSubset(const UsdGeomImageable& geom, cons
                                               const TfToken& elementType, const VtIntArray& indices,
                                               const TfToken& familyName, const TfToken& familyType)
 {
-    return _DefineSubset(geom, geom.GetPath().AppendChild(subsetName), elementType, indices, familyName, familyType);
+    return _DefineSubset(geom, geom.GetPath().AppendChild(subsetName), elementType, indices, familyName,
+                         familyType);
 }
 
 UsdGeomSubset UsdGeomSubset::CreateUniqueGeomSubset(const UsdGeomImageable& geom, const TfToken& subsetName,
@@ -50,7 +51,8 @@ UsdGeomSubset UsdGeomSubset::CreateUniqueGeomSubset(const UsdGeomImageable& geom
 std::vector<UsdGeomSubset> UsdGeomSubset::GetAllGeomSubsets(const UsdGeomImageable& geom)
 {
     std::vector<UsdGeomSubset> subsets;
-    const auto predicate = UsdPrimIsActive && UsdPrimHasDefiningSpecifier && UsdPrimIsLoaded && !UsdPrimIsAbstract;
+    const auto predicate =
+        UsdPrimIsActive && UsdPrimHasDefiningSpecifier && UsdPrimIsLoaded && !UsdPrimIsAbstract;
     for (const UsdPrim& child : geom.GetPrim().GetFilteredChildren(predicate)) {
         if (child.IsA<UsdGeomSubset>()) {
             subsets.emplace_back(child);
@@ -59,7 +61,8 @@ std::vector<UsdGeomSubset> UsdGeomSubset::GetAllGeomSubsets(const UsdGeomImageab
     return subsets;
 }
 
-std::vector<UsdGeomSubset> UsdGeomSubset::GetGeomSubsets(const UsdGeomImageable& geom, const TfToken& elementType,
+std::vector<UsdGeomSubset> UsdGeomSubset::GetGeomSubsets(const UsdGeomImageable& geom,
+                                                         const TfToken& elementType,
                                                          const TfToken& familyName)
 {
     std::vector<UsdGeomSubset> subsets;
@@ -67,7 +70,8 @@ std::vector<UsdGeomSubset> UsdGeomSubset::GetGeomSubsets(const UsdGeomImageable&
         TfToken type, family;
         subset.GetElementTypeAttr().Get(&type);
         subset.GetFamilyNameAttr().Get(&family);
-        if ((elementType.IsEmpty() || type == elementType) && (familyName.IsEmpty() || family == familyName)) {
+        if ((elementType.IsEmpty() || type == elementType) &&
+            (familyName.IsEmpty() || family == familyName)) {
             subsets.push_back(subset);
         }
     }
@@ -87,7 +91,8 @@ TfToken::Set UsdGeomSubset::GetAllGeomSubsetFamilyNames(const UsdGeomImageable& 
     return names;
 }
 
-bool UsdGeomSubset::SetFamilyType(const UsdGeomImageable& geom, const TfToken& familyName, const TfToken& familyType)
+bool UsdGeomSubset::SetFamilyType(const UsdGeomImageable& geom, const TfToken& familyName,
+                                  const TfToken& familyType)
 {
     return geom.GetPrim()
         .CreateAttribute(_FamilyTypeName(familyName), SdfValueTypeNames->Token, /*custom=*/false,

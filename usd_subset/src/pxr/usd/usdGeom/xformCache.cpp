@@ -47,10 +47,7 @@ const GfMatrix4d* UsdGeomXformCache::_GetCtm(const UsdPrim& prim)
     return above;
 }
 
-GfMatrix4d UsdGeomXformCache::GetLocalToWorldTransform(const UsdPrim& prim)
-{
-    return *_GetCtm(prim);
-}
+GfMatrix4d UsdGeomXformCache::GetLocalToWorldTransform(const UsdPrim& prim) { return *_GetCtm(prim); }
 
 GfMatrix4d UsdGeomXformCache::GetParentToWorldTransform(const UsdPrim& prim)
 {

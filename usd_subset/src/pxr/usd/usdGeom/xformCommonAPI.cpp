@@ -12,8 +12,8 @@ namespace {
 
 using Ops = UsdGeomXformCommonAPI::Ops;
 
-/// Sorts a prim's ops into translate, pivot, rotate, scale and inverse pivot; false where there are others, or they
-/// stand in another order.
+/// Sorts a prim's ops into translate, pivot, rotate, scale and inverse pivot; false where there are others,
+/// or they stand in another order.
 bool _SortOps(const UsdGeomXformable& xformable, Ops* ops, bool* resets)
 {
     const std::vector<UsdGeomXformOp> found = xformable.GetOrderedXformOps(resets);
@@ -49,10 +49,10 @@ void _Decompose(const GfMatrix4d& matrix, GfVec3d* translation, GfVec3f* rotatio
     if (!rotationMatrix.Orthonormalize(/*issueWarning=*/false)) {
         TF_WARN("A transform has no rotation that could be told apart from its scale.");
     }
-    const GfVec3d angles = rotationMatrix.ExtractRotation().Decompose(GfVec3d::ZAxis(), GfVec3d::YAxis(),
-                                                                      GfVec3d::XAxis());
-    *rotation = GfVec3f(static_cast<float>(angles[2]), static_cast<float>(angles[1]),
-                        static_cast<float>(angles[0]));
+    const GfVec3d angles =
+        rotationMatrix.ExtractRotation().Decompose(GfVec3d::ZAxis(), GfVec3d::YAxis(), GfVec3d::XAxis());
+    *rotation =
+        GfVec3f(static_cast<float>(angles[2]), static_cast<float>(angles[1]), static_cast<float>(angles[0]));
 }
 
 /// Reads a pivot of either precision.
@@ -77,8 +77,8 @@ bool UsdGeomXformCommonAPI::_IsCompatible() const
 }
 
 bool UsdGeomXformCommonAPI::SetXformVectors(const GfVec3d& translation, const GfVec3f& rotation,
-                                            const GfVec3f& scale, const GfVec3f& pivot, RotationOrder rotOrder,
-                                            UsdTimeCode time) const
+                                            const GfVec3f& scale, const GfVec3f& pivot,
+                                            RotationOrder rotOrder, UsdTimeCode time) const
 {
     const Ops ops = CreateXformOps(rotOrder, OpTranslate, OpRotate, OpScale, OpPivot);
     return ops.translateOp && ops.rotateOp && ops.scaleOp && ops.pivotOp &&
@@ -86,8 +86,8 @@ bool UsdGeomXformCommonAPI::SetXformVectors(const GfVec3d& translation, const Gf
            ops.scaleOp.Set(scale, time) && ops.pivotOp.Set(pivot, time);
 }
 
-bool UsdGeomXformCommonAPI::GetXformVectors(GfVec3d* translation, GfVec3f* rotation, GfVec3f* scale, GfVec3f* pivot,
-                                            RotationOrder* rotOrder, UsdTimeCode time) const
+bool UsdGeomXformCommonAPI::GetXformVectors(GfVec3d* translation, GfVec3f* rotation, GfVec3f* scale,
+                                            GfVec3f* pivot, RotationOrder* rotOrder, UsdTimeCode time) const
 {
     if (!TF_VERIFY(translation && rotation && scale && pivot && rotOrder)) {
         return false;
@@ -153,8 +153,8 @@ bool UsdGeomXformCommonAPI::SetScale(const GfVec3f& scale, UsdTimeCode time) con
     return ops.scaleOp && ops.scaleOp.Set(scale, time);
 }
 
-UsdGeomXformCommonAPI::Ops UsdGeomXformCommonAPI::CreateXformOps(RotationOrder rotOrder, OpFlags op1, OpFlags op2,
-                                                                 OpFlags op3, OpFlags op4) const
+UsdGeomXformCommonAPI::Ops UsdGeomXformCommonAPI::CreateXformOps(RotationOrder rotOrder, OpFlags op1,
+                                                                 OpFlags op2, OpFlags op3, OpFlags op4) const
 {
     return _CreateXformOps(&rotOrder, op1 | op2 | op3 | op4);
 }
@@ -165,7 +165,8 @@ UsdGeomXformCommonAPI::Ops UsdGeomXformCommonAPI::CreateXformOps(OpFlags op1, Op
     return _CreateXformOps(nullptr, op1 | op2 | op3 | op4);
 }
 
-UsdGeomXformCommonAPI::Ops UsdGeomXformCommonAPI::_CreateXformOps(const RotationOrder* rotOrder, int flags) const
+UsdGeomXformCommonAPI::Ops UsdGeomXformCommonAPI::_CreateXformOps(const RotationOrder* rotOrder,
+                                                                  int flags) const
 {
     const UsdGeomXformable xformable(GetPrim());
     Ops ops;
@@ -236,7 +237,8 @@ UsdGeomXformCommonAPI::RotationOrder
 UsdGeomXformCommonAPI::ConvertOpTypeToRotationOrder(UsdGeomXformOp::Type opType)
 {
     if (!CanConvertOpTypeToRotationOrder(opType)) {
-        TF_CODING_ERROR("'%s' does not rotate about three axes.", UsdGeomXformOp::GetOpTypeToken(opType).GetText());
+        TF_CODING_ERROR("'%s' does not rotate about three axes.",
+                        UsdGeomXformOp::GetOpTypeToken(opType).GetText());
         return RotationOrderXYZ;
     }
     return static_cast<RotationOrder>(opType - UsdGeomXformOp::TypeRotateXYZ);

@@ -38,7 +38,8 @@ UsdGeomXformOp::Type _FindType(const TfToken& token)
 }
 
 /// The value types of a shape in double, float and half precision.
-struct _TypeFamily {
+struct _TypeFamily
+{
     SdfValueTypeName types[3];
 };
 
@@ -51,27 +52,32 @@ const _TypeFamily& _FamilyOf(UsdGeomXformOp::Type opType)
     static const _TypeFamily quaternion = {{names.Quatd, names.Quatf, names.Quath}};
     static const _TypeFamily none = {};
     switch (opType) {
-    case UsdGeomXformOp::TypeInvalid: return none;
-    case UsdGeomXformOp::TypeTransform: return matrix;
-    case UsdGeomXformOp::TypeOrient: return quaternion;
+    case UsdGeomXformOp::TypeInvalid:
+        return none;
+    case UsdGeomXformOp::TypeTransform:
+        return matrix;
+    case UsdGeomXformOp::TypeOrient:
+        return quaternion;
     case UsdGeomXformOp::TypeRotateX:
     case UsdGeomXformOp::TypeRotateY:
-    case UsdGeomXformOp::TypeRotateZ: return scalar;
-    default: return vector;
+    case UsdGeomXformOp::TypeRotateZ:
+        return scalar;
+    default:
+        return vector;
     }
 }
 
 } // namespace
 
 UsdGeomXformOp::UsdGeomXformOp(const UsdAttribute& attr, bool isInverseOp)
-    : _attr(attr)
-    , _isInverseOp(isInverseOp)
+    : _attr(attr), _isInverseOp(isInverseOp)
 {
     if (!attr) {
         return;
     }
     if (!IsXformOp(attr.GetName())) {
-        TF_CODING_ERROR("<%s> is no transform op; their names begin with 'xformOp:'.", attr.GetPath().GetText());
+        TF_CODING_ERROR("<%s> is no transform op; their names begin with 'xformOp:'.",
+                        attr.GetPath().GetText());
         return;
     }
     _Init();
@@ -79,8 +85,7 @@ UsdGeomXformOp::UsdGeomXformOp(const UsdAttribute& attr, bool isInverseOp)
 
 UsdGeomXformOp::UsdGeomXformOp(const UsdPrim& prim, Type opType, Precision precision, const TfToken& opSuffix,
                                bool inverse)
-    : _opType(opType)
-    , _isInverseOp(inverse)
+    : _opType(opType), _isInverseOp(inverse)
 {
     const SdfValueTypeName& typeName = GetValueTypeName(opType, precision);
     if (!typeName) {
@@ -104,10 +109,7 @@ void UsdGeomXformOp::_Init()
     }
 }
 
-bool UsdGeomXformOp::IsXformOp(const UsdAttribute& attr)
-{
-    return attr && IsXformOp(attr.GetName());
-}
+bool UsdGeomXformOp::IsXformOp(const UsdAttribute& attr) { return attr && IsXformOp(attr.GetName()); }
 
 bool UsdGeomXformOp::IsXformOp(const TfToken& attrName)
 {
@@ -153,7 +155,8 @@ const SdfValueTypeName& UsdGeomXformOp::GetValueTypeName(Type opType, Precision 
 
 TfToken UsdGeomXformOp::GetOpName(Type opType, const TfToken& opSuffix, bool inverse)
 {
-    std::string name = (inverse ? kInvertPrefix : std::string()) + kPrefix + GetOpTypeToken(opType).GetString();
+    std::string name =
+        (inverse ? kInvertPrefix : std::string()) + kPrefix + GetOpTypeToken(opType).GetString();
     if (!opSuffix.IsEmpty()) {
         name += ":" + opSuffix.GetString();
     }
@@ -199,7 +202,8 @@ size_t UsdGeomXformOp::GetNumTimeSamples() const
 UsdAttribute UsdGeomXformOp::_GetXformOpAttr(const UsdPrim& prim, const TfToken& opName, bool* isInverseOp)
 {
     *isInverseOp = TfStringStartsWith(opName.GetString(), kInvertPrefix + kPrefix);
-    return prim.GetAttribute(*isInverseOp ? TfToken(opName.GetString().substr(kInvertPrefix.size())) : opName);
+    return prim.GetAttribute(*isInverseOp ? TfToken(opName.GetString().substr(kInvertPrefix.size()))
+                                          : opName);
 }
 
 PXR_NAMESPACE_CLOSE_SCOPE

@@ -92,7 +92,8 @@ GfVec3d _Axis(int axis)
     return vector;
 }
 
-/// Three rotations about the axes, applied in the order that the type's name spells; reversed for the inverse.
+/// Three rotations about the axes, applied in the order that the type's name spells; reversed for the
+/// inverse.
 GfMatrix4d _RotateThrice(UsdGeomXformOp::Type opType, const GfVec3d& degrees, bool isInverseOp)
 {
     const std::string& name = UsdGeomXformOp::GetOpTypeToken(opType).GetString();

@@ -52,8 +52,8 @@ UsdGeomXformOp UsdGeomXformable::AddXformOp(UsdGeomXformOp::Type opType, UsdGeom
     UsdGeomXformOp op;
     if (const UsdAttribute attribute = GetPrim().GetAttribute(UsdGeomXformOp::GetOpName(opType, opSuffix))) {
         if (UsdGeomXformOp::GetPrecisionFromValueTypeName(attribute.GetTypeName()) != precision) {
-            TF_CODING_ERROR("<%s> exists as a %s; the precision asked for is ignored.", attribute.GetPath().GetText(),
-                            attribute.GetTypeName().GetAsToken().GetText());
+            TF_CODING_ERROR("<%s> exists as a %s; the precision asked for is ignored.",
+                            attribute.GetPath().GetText(), attribute.GetTypeName().GetAsToken().GetText());
         }
         op = UsdGeomXformOp(attribute, isInverseOp);
     } else {
@@ -86,9 +86,9 @@ bool UsdGeomXformable::SetResetXformStack(bool resetXform) const
     _GetXformOpOrderValue(&order);
     const TfToken& reset = UsdGeomXformOpTypes->resetXformStack;
     // Ops before the last reset have no effect, hence they go with it.
-    const auto last = std::find(std::make_reverse_iterator(order.cend()),
-                                std::make_reverse_iterator(order.cbegin()), reset)
-                          .base();
+    const auto last =
+        std::find(std::make_reverse_iterator(order.cend()), std::make_reverse_iterator(order.cbegin()), reset)
+            .base();
     const bool resets = last != order.cbegin();
     if (resets == resetXform) {
         return true;
@@ -128,17 +128,15 @@ bool UsdGeomXformable::SetXformOpOrder(const std::vector<UsdGeomXformOp>& ordere
     return CreateXformOpOrderAttr().Set(order);
 }
 
-bool UsdGeomXformable::ClearXformOpOrder() const
-{
-    return SetXformOpOrder({});
-}
+bool UsdGeomXformable::ClearXformOpOrder() const { return SetXformOpOrder({}); }
 
 UsdGeomXformOp UsdGeomXformable::MakeMatrixXform() const
 {
     ClearXformOpOrder();
     bool resets = false;
     if (!GetOrderedXformOps(&resets).empty()) {
-        TF_WARN("The xformOpOrder of <%s> cannot be cleared: a stronger layer holds it.", GetPath().GetText());
+        TF_WARN("The xformOpOrder of <%s> cannot be cleared: a stronger layer holds it.",
+                GetPath().GetText());
         return UsdGeomXformOp();
     }
     return AddTransformOp();
@@ -149,7 +147,8 @@ std::vector<UsdGeomXformOp> UsdGeomXformable::GetOrderedXformOps(bool* resetsXfo
     return _GetOrderedXformOps(resetsXformStack, /*withQueries=*/false);
 }
 
-std::vector<UsdGeomXformOp> UsdGeomXformable::_GetOrderedXformOps(bool* resetsXformStack, bool withQueries) const
+std::vector<UsdGeomXformOp> UsdGeomXformable::_GetOrderedXformOps(bool* resetsXformStack,
+                                                                  bool withQueries) const
 {
     std::vector<UsdGeomXformOp> ops;
     bool resets = false;
@@ -188,7 +187,8 @@ bool UsdGeomXformable::GetLocalTransformation(GfMatrix4d* transform, bool* reset
                                               UsdTimeCode time) const
 {
     if (!transform || !resetsXformStack) {
-        TF_CODING_ERROR("The transformation of <%s> needs both results to be written to.", GetPath().GetText());
+        TF_CODING_ERROR("The transformation of <%s> needs both results to be written to.",
+                        GetPath().GetText());
         return false;
     }
     transform->SetIdentity();

@@ -8,7 +8,8 @@ namespace {
 
 bool _MightVary(const std::vector<UsdGeomXformOp>& ops)
 {
-    return std::any_of(ops.begin(), ops.end(), [](const UsdGeomXformOp& op) { return op.MightBeTimeVarying(); });
+    return std::any_of(ops.begin(), ops.end(),
+                       [](const UsdGeomXformOp& op) { return op.MightBeTimeVarying(); });
 }
 
 } // namespace
@@ -47,7 +48,8 @@ bool UsdGeomXformable::GetTimeSamplesInInterval(const GfInterval& interval, std:
     return GetTimeSamplesInInterval(GetOrderedXformOps(&resets), interval, times);
 }
 
-bool UsdGeomXformable::GetTimeSamples(const std::vector<UsdGeomXformOp>& orderedXformOps, std::vector<double>* times)
+bool UsdGeomXformable::GetTimeSamples(const std::vector<UsdGeomXformOp>& orderedXformOps,
+                                      std::vector<double>* times)
 {
     return GetTimeSamplesInInterval(orderedXformOps, GfInterval::GetFullInterval(), times);
 }
@@ -65,18 +67,14 @@ bool UsdGeomXformable::GetTimeSamplesInInterval(const std::vector<UsdGeomXformOp
 
 UsdGeomXformable::XformQuery::XformQuery(const UsdGeomXformable& xformable)
     : _xformOps(xformable._GetOrderedXformOps(&_resetsXformStack, /*withQueries=*/true))
-{
-}
+{}
 
 bool UsdGeomXformable::XformQuery::GetLocalTransformation(GfMatrix4d* transform, UsdTimeCode time) const
 {
     return UsdGeomXformable::GetLocalTransformation(transform, _xformOps, time);
 }
 
-bool UsdGeomXformable::XformQuery::TransformMightBeTimeVarying() const
-{
-    return _MightVary(_xformOps);
-}
+bool UsdGeomXformable::XformQuery::TransformMightBeTimeVarying() const { return _MightVary(_xformOps); }
 
 bool UsdGeomXformable::XformQuery::GetTimeSamples(std::vector<double>* times) const
 {
