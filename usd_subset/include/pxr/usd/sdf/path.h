@@ -49,7 +49,7 @@ public:
 
     /// Makes the empty path.
     SdfPath() noexcept = default;
-    /// Parses the text; ill-formed text gives the empty path and one warning, no text the empty path.
+    /// Parses the text; ill-formed text, "" among it, gives the empty path and one warning.
     VESK_USD_API explicit SdfPath(const std::string& text);
     SdfPath(const SdfPath& other) noexcept : _node(other._node) { _AddRef(); }
     SdfPath(SdfPath&& other) noexcept : _node(std::exchange(other._node, nullptr)) {}
@@ -220,7 +220,7 @@ public:
         }
     };
 
-    /// Returns the paths that no other of them is a prefix of, relative ones left out.
+    /// Returns the absolute paths relative to anchors so low that no two prims get the same text.
     VESK_USD_API static SdfPathVector GetConciseRelativePaths(const SdfPathVector& paths);
     /// Removes all paths that have another of them as a prefix; sorts.
     VESK_USD_API static void RemoveDescendentPaths(SdfPathVector* paths);

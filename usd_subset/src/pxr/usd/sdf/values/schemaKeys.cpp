@@ -1,0 +1,10 @@
+#include <pxr/usd/sdf/schemaKeys.h>
+#include <pxr/usd/sdf/valueTypeNames.h>
+
+PXR_NAMESPACE_OPEN_SCOPE
+
+TF_DEFINE_PUBLIC_TOKENS(SdfFieldKeys, SDF_FIELD_KEYS);
+TF_DEFINE_PUBLIC_TOKENS(SdfChildrenKeys, SDF_CHILDREN_KEYS);
+TF_DEFINE_PUBLIC_TOKENS(SdfValueRoleNames, SDF_VALUE_ROLE_NAME_TOKENS);
+
+PXR_NAMESPACE_CLOSE_SCOPE
