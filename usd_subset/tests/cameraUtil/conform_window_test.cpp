@@ -74,8 +74,8 @@ INSTANTIATE_TEST_SUITE_P(Policies, ConformWindow,
                                          Case{"CropWiderLosesHeight", CameraUtilCrop, 4, {4, 1}},
                                          Case{"CropNarrowerLosesWidth", CameraUtilCrop, 1, {2, 2}},
                                          Case{"DontConformKeepsBoth", CameraUtilDontConform, 7, {4, 2}}),
-                         [](const testing::TestParamInfo<Case>& info) {
-                             return std::string(info.param.name);
+                         [](const testing::TestParamInfo<Case>& tested) {
+                             return std::string(tested.param.name);
                          });
 
 TEST(ConformProjection, IsTheProjectionOfTheConformedFrustum)

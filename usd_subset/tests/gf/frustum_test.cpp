@@ -100,9 +100,6 @@ TEST(Frustum, RaysRunThroughTheWindowPosition)
     const GfRay ray = frustum.ComputeRay(GfVec2d(0.5, -1));
     expectNear(ray.GetStartPoint(), GfVec3d(0, 0, 10));
     expectNear(ray.GetDirection(), GfVec3d(0.5, -1, -1).GetNormalized());
-    expectNear(projected(frustum, frustum.ComputePickRay(GfVec2d(0.5, -1)).GetPoint(3)) * GfVec3d::XAxis() *
-                   GfVec3d::XAxis(),
-               GfVec3d(0.5, 0, 0), 1e-9);
     const GfVec3d onPickRay = projected(frustum, frustum.ComputePickRay(GfVec2d(0.5, -1)).GetPoint(3));
     EXPECT_NEAR(onPickRay[0], 0.5, 1e-9);
     EXPECT_NEAR(onPickRay[1], -1, 1e-9);
@@ -121,7 +118,8 @@ TEST(Frustum, OrthographicRaysAreParallel)
 
 TEST(Frustum, NarrowingCentresTheWindowAndStaysInside)
 {
-    const GfFrustum frustum = lookingDownZ();
+    GfFrustum frustum = lookingDownZ();
+    frustum.SetWindow(GfRange2d(GfVec2d(-1), GfVec2d(1)));
     EXPECT_EQ(frustum.ComputeNarrowedFrustum(GfVec2d(0.5, 0), GfVec2d(0.5, 0.25)).GetWindow(),
               GfRange2d(GfVec2d(0, -0.25), GfVec2d(1, 0.25)));
     EXPECT_EQ(frustum.ComputeNarrowedFrustum(GfVec2d(1, 1), GfVec2d(0.5, 0.5)).GetWindow(),

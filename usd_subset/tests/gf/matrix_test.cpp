@@ -238,7 +238,7 @@ TEST(Matrix, ExtractsHalfTurnsWhereTheRealPartVanishes)
 TEST(Matrix, DecomposedAnglesMakeTheRotationAgain)
 {
     const GfMatrix4d m =
-        rotated(GfVec3d::XAxis(), 20) * rotated(GfVec3d::YAxis(), -30) * rotated(GfVec3d::ZAxis(), 50);
+        rotated(GfVec3d::ZAxis(), 50) * rotated(GfVec3d::YAxis(), -30) * rotated(GfVec3d::XAxis(), 20);
     expectNear(m.DecomposeRotation(GfVec3d::XAxis(), GfVec3d::YAxis(), GfVec3d::ZAxis()),
                GfVec3d(20, -30, 50), 1e-9);
 }

@@ -94,7 +94,7 @@ public:
     GfRotation ExtractRotation() const;
     _Quat ExtractRotationQuat() const;
     _Matrix3 ExtractRotationMatrix() const;
-    /// Returns the angles in degrees about three orthogonal axes that make the rotation.
+    /// Returns the angles in degrees about three orthogonal axes, the last of which turns first.
     _Vec3 DecomposeRotation(const _Vec3& axis0, const _Vec3& axis1, const _Vec3& axis2) const;
     /// @}
 

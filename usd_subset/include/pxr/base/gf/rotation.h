@@ -65,8 +65,8 @@ public:
     GfQuatd GetQuat() const;
     GfRotation GetInverse() const { return GfRotation(_axis, -_angle); }
 
-    /// Returns the angles in degrees about three axes that make this rotation; warns if they are not
-    /// orthogonal.
+    /// Returns the angles in degrees about three axes, the last of which turns first; warns if the axes are
+    /// not orthogonal.
     GfVec3d Decompose(const GfVec3d& axis0, const GfVec3d& axis1, const GfVec3d& axis2) const;
 
     /// Splits a rotation into twist, front-back, left-right and swing angles, in radians; at most one of the
