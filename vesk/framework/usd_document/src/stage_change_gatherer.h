@@ -39,9 +39,14 @@ public:
     /// A task begins. Thread: task.
     void beginTask();
 
-    /// Takes what has come and, when somebody listens, names the cameras beneath what was recomposed or
-    /// moved. Thread: task.
-    StageChangesEvent endTask(bool somebodyListens);
+    /// Takes what has come; nothing when nothing has. Thread: task.
+    std::optional<StageChangesEvent> endTask();
+
+    /// Names the cameras beneath what was recomposed or moved. Thread: task.
+    void addCameras(StageChangesEvent& event);
+
+    /// Forgets where cameras are: nobody was told of a change that may have moved them. Thread: task.
+    void forgetCameras() { m_cameras.forget(); }
 
 private:
     struct Gathered

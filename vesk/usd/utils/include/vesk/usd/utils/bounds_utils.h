@@ -15,7 +15,7 @@
 /// Bounds of what a stage shows.
 ///
 /// Bounds are axis-aligned, in world space, and finite or empty: a prim whose box is not finite is left out,
-/// with only its finite points counted where it has points, and coordinates are cut to 1e19. The purposes are
+/// or counted by its finite points where it has any, and coordinates are cut to 1e19. The purposes are
 /// default and proxy with the proxy flag, else default and render. Invisible prims do not count.
 ///
 /// Thread: whoever may read the stage at that moment and owns the cache, as a rule a document task.
