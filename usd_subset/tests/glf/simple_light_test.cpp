@@ -100,8 +100,11 @@ TEST(SimpleLight, GivesBackWhatWasSet)
 
 TEST(SimpleLight, LivesInAValueAndWritesItsColours)
 {
-    const VtValue value(GlfSimpleLightVector(2));
-    EXPECT_EQ(value.Get<GlfSimpleLightVector>().size(), 2u);
+    GlfSimpleLight light;
+    light.SetID(SdfPath("/Light"));
+    const VtValue value(light);
+    EXPECT_EQ(value.Get<GlfSimpleLight>(), light);
+    EXPECT_NE(value, VtValue(GlfSimpleLight()));
     std::ostringstream out;
     out << GlfSimpleLight();
     EXPECT_EQ(out.str().find("(0.2, 0.2, 0.2, 1)(1, 1, 1, 1)(1, 1, 1, 1)(0, 0, 0, 1)(0, 0, -1)180"), 0u)

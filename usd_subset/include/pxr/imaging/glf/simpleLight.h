@@ -133,7 +133,7 @@ typedef std::vector<class GlfSimpleLight> GlfSimpleLightVector;
 
 /// Writes all values one after the other.
 VESK_USD_API std::ostream& operator<<(std::ostream& out, const GlfSimpleLight& v);
-/// Writes nothing: it only lets such a vector be held by a VtValue.
+/// Writes nothing, which is enough for code that asks for the operator.
 VESK_USD_API std::ostream& operator<<(std::ostream& out, const GlfSimpleLightVector& pv);
 
 PXR_NAMESPACE_CLOSE_SCOPE
