@@ -37,8 +37,8 @@ typedef std::bitset<Usd_PrimNumFlags> Usd_PrimFlagBits;
 /// One flag, plain or negated.
 struct Usd_Term
 {
-    Usd_Term(Usd_PrimFlags flag) : flag(flag), negated(false) {}
-    Usd_Term(Usd_PrimFlags flag, bool negated) : flag(flag), negated(negated) {}
+    Usd_Term(Usd_PrimFlags which) : flag(which), negated(false) {}
+    Usd_Term(Usd_PrimFlags which, bool isNegated) : flag(which), negated(isNegated) {}
     Usd_Term operator!() const { return Usd_Term(flag, !negated); }
     bool operator==(Usd_Term other) const { return flag == other.flag && negated == other.negated; }
     bool operator!=(Usd_Term other) const { return !(*this == other); }

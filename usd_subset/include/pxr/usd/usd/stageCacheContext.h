@@ -11,7 +11,7 @@ PXR_NAMESPACE_OPEN_SCOPE
 /// A cache that stages are taken from and not added to.
 struct Usd_NonPopulatingStageCacheWrapper
 {
-    explicit Usd_NonPopulatingStageCacheWrapper(const UsdStageCache& cache) : cache(cache) {}
+    explicit Usd_NonPopulatingStageCacheWrapper(const UsdStageCache& stages) : cache(stages) {}
     const UsdStageCache& cache;
 };
 
