@@ -75,8 +75,10 @@ std::string whyNoFormat(const std::string& path)
     if (isDirectory(path)) {
         return "it is a directory, and a layer is a file";
     }
-    return "no file format is known for the extension \"" + SdfFileFormat::GetFileExtension(path) +
-           "\"; known are " + knownExtensions();
+    const std::string extension = ArGetResolver().GetExtension(path);
+    return (extension.empty() ? std::string("its name has no extension")
+                              : "no file format is known for the extension \"" + extension + "\"") +
+           "; known are " + knownExtensions();
 }
 
 } // namespace
