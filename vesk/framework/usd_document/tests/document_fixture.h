@@ -41,7 +41,7 @@ protected:
 
     ~DocumentTest() override
     {
-        if (document) EXPECT_EQ(document->pendingTaskCount(), 0u);
+        EXPECT_EQ(document->pendingTaskCount(), 0u);
     }
 
     void use(const UsdStageRefPtr& newStage, DocumentOptions options = {})
