@@ -4,6 +4,7 @@
 #include <pxr/base/gf/range2d.h>
 #include <pxr/base/gf/vec2d.h>
 #include <pxr/base/gf/vec4d.h>
+#include <pxr/base/tf/enum.h>
 #include <pxr/imaging/cameraUtil/conformWindow.h>
 #include <pxr/imaging/cameraUtil/framing.h>
 #include <pxr/imaging/cameraUtil/screenWindowParameters.h>
@@ -157,6 +158,14 @@ TEST(ScreenWindow, HasSizeTwoInTheFitDirection)
     EXPECT_NEAR(parameters.GetFieldOfView(), 90, 1e-4);
     // It looks along +z: what is in front of the camera at the origin has z 5.
     EXPECT_EQ(parameters.GetZFacingViewMatrix().Transform(GfVec3d(0)), GfVec3d(0, 0, 5));
+}
+
+TEST(ConformWindowNames, AreThoseOfTheEnumerators)
+{
+    EXPECT_EQ(TfEnum::GetName(CameraUtilCrop), "CameraUtilCrop");
+    EXPECT_EQ(TfEnum::GetDisplayName(CameraUtilMatchVertically), "MatchVertically");
+    EXPECT_EQ(TfEnum::GetDisplayName(GfCamera::Orthographic), "orthographic");
+    EXPECT_EQ(TfEnum::GetName(GfFrustum::Orthographic), "Orthographic");
 }
 
 } // namespace
