@@ -1,0 +1,96 @@
+#include "contract_session.h"
+
+#include <pxr/base/gf/matrix4d.h>
+#include <pxr/usd/sdf/layer.h>
+#include <pxr/usd/usd/stage.h>
+#include <vesk/renderers/embree/embree_renderer.h>
+#include <vesk/renderers/recording/recording_renderer.h>
+
+#include <stdexcept>
+
+PXR_NAMESPACE_USING_DIRECTIVE
+
+namespace vesk::tests::contract {
+namespace {
+
+const bool g_registered = [] {
+    renderers::recording::registerRecordingRenderer();
+    renderers::embree::registerEmbreeRenderer();
+    return true;
+}();
+
+} // namespace
+
+std::shared_ptr<UsdDocument> openText(const std::string& text, bool manual)
+{
+    const UsdStageRefPtr stage = UsdStage::CreateInMemory();
+    if (!stage->GetRootLayer()->ImportFromString(text))
+        throw std::runtime_error("the test's scene is malformed");
+    framework::usd_document::DocumentOptions options;
+    options.manual = manual;
+    return UsdDocument::attach(stage, options);
+}
+
+ContractSession::ContractSession(const std::string& rendererId, const std::string& scene, int width,
+                                 int height, bool manual)
+    : document(openText(scene, manual))
+{
+    if (!g_registered) throw std::logic_error("no renderers");
+    renderer = HydraRenderer::create(document->getEventBus().get(), document, nullptr, rendererId, {},
+                                     GfVec2i(width, height), 1, true, false, true, {}, {});
+    renderer->setGridEnabled(false);
+    renderer->setClearColor(GfVec4f(0.0f, 0.0f, 0.0f, 1.0f));
+}
+
+GfCamera makeOrthographicCamera(double extent, double ratio, double distance)
+{
+    GfCamera camera;
+    camera.SetProjection(GfCamera::Orthographic);
+    // Apertures of orthographic cameras are tenths of a stage unit.
+    camera.SetHorizontalAperture(static_cast<float>(extent / GfCamera::APERTURE_UNIT));
+    camera.SetVerticalAperture(static_cast<float>(extent / ratio / GfCamera::APERTURE_UNIT));
+    camera.SetTransform(GfMatrix4d(1.0).SetTranslate(GfVec3d(0.0, 0.0, distance)));
+    camera.SetClippingRange(GfRange1f(1.0f, 100.0f));
+    return camera;
+}
+
+void ContractSession::lookOrthographic(double extent, double distance)
+{
+    renderer->setCamera(makeOrthographicCamera(extent, 1.0, distance));
+}
+
+void ContractSession::lookPerspective(double distance)
+{
+    GfCamera camera;
+    camera.SetHorizontalAperture(20.0f);
+    camera.SetVerticalAperture(20.0f);
+    camera.SetFocalLength(20.0f);
+    camera.SetTransform(GfMatrix4d(1.0).SetTranslate(GfVec3d(0.0, 0.0, distance)));
+    camera.SetClippingRange(GfRange1f(1.0f, 100.0f));
+    renderer->setCamera(camera);
+}
+
+void ContractSession::useAmbientLightOnly()
+{
+    usd::hydra_renderer::LightingInfo lighting;
+    lighting.sceneAmbient = GfVec4f(1.0f);
+    lighting.sceneLightsEnabled = false;
+    renderer->setLighting(lighting);
+}
+
+Picture ContractSession::render(const char* aov, int samples)
+{
+    RenderParameters parameters;
+    parameters.samples = samples;
+    parameters.aovs = {TfToken(aov)};
+    const auto future = renderer->renderFrame(parameters);
+    if (document->isManual()) document->runPendingTasks();
+    return Picture(future.get().aovs.at(0).second);
+}
+
+INSTANTIATE_TEST_SUITE_P(Contract, EveryRenderer, testing::Values("recording", "embree"),
+                         [](const auto& info) { return info.param; });
+INSTANTIATE_TEST_SUITE_P(Contract, EveryDrawingRenderer, testing::Values("embree"),
+                         [](const auto& info) { return info.param; });
+
+} // namespace vesk::tests::contract
