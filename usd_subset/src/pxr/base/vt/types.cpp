@@ -38,7 +38,9 @@ PXR_NAMESPACE_OPEN_SCOPE
 
 TF_REGISTRY_FUNCTION(TfType)
 {
-#define VT_DEFINE_ARRAY(type, name) TfType::Define<VtArray<type>>();
+#define VT_DEFINE_ARRAY(type, name)                                                                          \
+    TfType::Define<type>();                                                                                  \
+    TfType::Define<VtArray<type>>();
     VT_FOR_EACH_SCALAR_VALUE_TYPE(VT_DEFINE_ARRAY)
 #undef VT_DEFINE_ARRAY
     TfType::Define<VtRect2iArray>();

@@ -356,6 +356,20 @@ private:
     int m_targetDepth = 0;
 };
 
+/// Returns the text for a message: a long one is cut, at a whole character.
+std::string Quoted(const std::string& text)
+{
+    constexpr size_t kLongest = 120;
+    if (text.size() <= kLongest) {
+        return text;
+    }
+    size_t end = kLongest;
+    while (end > 0 && (text[end] & 0xc0) == 0x80) {
+        --end;
+    }
+    return text.substr(0, end) + "...";
+}
+
 } // namespace
 
 bool Sdf_ParsePath(const std::string& text, SdfPath* path, std::string* error)
@@ -364,7 +378,7 @@ bool Sdf_ParsePath(const std::string& text, SdfPath* path, std::string* error)
     SdfPath parsed;
     const bool valid = parser.parse(&parsed);
     if (!valid && error) {
-        *error = TfStringPrintf("Ill-formed SdfPath <%s>: %s", text.c_str(), parser.error().c_str());
+        *error = TfStringPrintf("Ill-formed SdfPath <%s>: %s", Quoted(text).c_str(), parser.error().c_str());
     }
     if (path) {
         *path = valid ? std::move(parsed) : SdfPath();

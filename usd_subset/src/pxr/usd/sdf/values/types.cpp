@@ -1,9 +1,10 @@
 #include <pxr/usd/sdf/types.h>
 
+#include "pxr/usd/sdf/values/valueTypeRegistry.h"
+
 #include <pxr/base/tf/registryManager.h>
 #include <pxr/base/tf/stringUtils.h>
 #include <pxr/usd/sdf/path.h>
-#include <pxr/usd/sdf/schema.h>
 
 #include <ostream>
 
@@ -72,22 +73,22 @@ TF_REGISTRY_FUNCTION(TfEnum)
 
 bool SdfValueHasValidType(VtValue const& value)
 {
-    return static_cast<bool>(SdfSchema::GetInstance().FindType(value));
+    return static_cast<bool>(Sdf_ValueTypeRegistry::GetInstance().Find(value.GetType(), TfToken()));
 }
 
 TfType SdfGetTypeForValueTypeName(TfToken const& name)
 {
-    return SdfSchema::GetInstance().FindType(name).GetType();
+    return Sdf_ValueTypeRegistry::GetInstance().Find(name).GetType();
 }
 
 SdfValueTypeName SdfGetValueTypeNameForValue(VtValue const& value)
 {
-    return SdfSchema::GetInstance().FindType(value);
+    return Sdf_ValueTypeRegistry::GetInstance().Find(value.GetType(), TfToken());
 }
 
 TfToken SdfGetRoleNameForValueTypeName(TfToken const& typeName)
 {
-    return SdfSchema::GetInstance().FindType(typeName).GetRole();
+    return Sdf_ValueTypeRegistry::GetInstance().Find(typeName).GetRole();
 }
 
 namespace {

@@ -2,8 +2,6 @@
 
 #include "pxr/usd/sdf/values/valueTypeRegistry.h"
 
-#include <pxr/usd/sdf/schema.h>
-
 #include <algorithm>
 #include <ostream>
 
@@ -66,37 +64,6 @@ size_t SdfValueTypeName::GetHash() const { return TfHash::Combine(GetType(), Get
 std::ostream& operator<<(std::ostream& out, const SdfValueTypeName& name)
 {
     return out << name.GetAsToken().GetString();
-}
-
-SdfValueTypeName SdfSchema::FindType(const TfToken& typeName) const
-{
-    return Sdf_ValueTypeRegistry::GetInstance().Find(typeName);
-}
-
-SdfValueTypeName SdfSchema::FindType(const std::string& typeName) const
-{
-    return FindType(TfToken::Find(typeName));
-}
-SdfValueTypeName SdfSchema::FindType(const char* typeName) const { return FindType(TfToken::Find(typeName)); }
-
-SdfValueTypeName SdfSchema::FindType(const TfType& type, const TfToken& role) const
-{
-    return Sdf_ValueTypeRegistry::GetInstance().Find(type, role);
-}
-
-SdfValueTypeName SdfSchema::FindType(const VtValue& value, const TfToken& role) const
-{
-    return FindType(value.GetType(), role);
-}
-
-SdfValueTypeName SdfSchema::FindOrCreateType(const TfToken& typeName) const
-{
-    return Sdf_ValueTypeRegistry::GetInstance().FindOrCreate(typeName);
-}
-
-std::vector<SdfValueTypeName> SdfSchema::GetAllTypes() const
-{
-    return Sdf_ValueTypeRegistry::GetInstance().GetAll();
 }
 
 PXR_NAMESPACE_CLOSE_SCOPE

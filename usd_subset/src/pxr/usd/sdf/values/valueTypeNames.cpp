@@ -2,8 +2,6 @@
 
 #include "pxr/usd/sdf/values/valueTypeRegistry.h"
 
-#include <pxr/usd/sdf/schema.h>
-
 PXR_NAMESPACE_OPEN_SCOPE
 
 TfStaticData<const Sdf_ValueTypeNamesType, Sdf_ValueTypeNamesType::_Init> SdfValueTypeNames;
@@ -136,12 +134,12 @@ TfToken Sdf_ValueTypeNamesType::GetSerializationName(const SdfValueTypeName& typ
 
 TfToken Sdf_ValueTypeNamesType::GetSerializationName(const VtValue& value) const
 {
-    return GetSerializationName(SdfSchema::GetInstance().FindType(value));
+    return GetSerializationName(Sdf_ValueTypeRegistry::GetInstance().Find(value.GetType(), TfToken()));
 }
 
 TfToken Sdf_ValueTypeNamesType::GetSerializationName(const TfToken& typeName) const
 {
-    const SdfValueTypeName found = SdfSchema::GetInstance().FindType(typeName);
+    const SdfValueTypeName found = Sdf_ValueTypeRegistry::GetInstance().Find(typeName);
     return found ? GetSerializationName(found) : typeName;
 }
 

@@ -1,0 +1,44 @@
+#include <pxr/usd/sdf/schema.h>
+
+#include "pxr/usd/sdf/values/valueTypeRegistry.h"
+
+PXR_NAMESPACE_OPEN_SCOPE
+
+const SdfSchema& SdfSchema::GetInstance()
+{
+    static const SdfSchema* const schema = new SdfSchema;
+    return *schema;
+}
+
+SdfValueTypeName SdfSchema::FindType(const TfToken& typeName) const
+{
+    return Sdf_ValueTypeRegistry::GetInstance().Find(typeName);
+}
+
+SdfValueTypeName SdfSchema::FindType(const std::string& typeName) const
+{
+    return FindType(TfToken::Find(typeName));
+}
+SdfValueTypeName SdfSchema::FindType(const char* typeName) const { return FindType(TfToken::Find(typeName)); }
+
+SdfValueTypeName SdfSchema::FindType(const TfType& type, const TfToken& role) const
+{
+    return Sdf_ValueTypeRegistry::GetInstance().Find(type, role);
+}
+
+SdfValueTypeName SdfSchema::FindType(const VtValue& value, const TfToken& role) const
+{
+    return FindType(value.GetType(), role);
+}
+
+SdfValueTypeName SdfSchema::FindOrCreateType(const TfToken& typeName) const
+{
+    return Sdf_ValueTypeRegistry::GetInstance().FindOrCreate(typeName);
+}
+
+std::vector<SdfValueTypeName> SdfSchema::GetAllTypes() const
+{
+    return Sdf_ValueTypeRegistry::GetInstance().GetAll();
+}
+
+PXR_NAMESPACE_CLOSE_SCOPE
