@@ -11,13 +11,15 @@
 
 #include <algorithm>
 #include <iterator>
+#include <set>
 
 PXR_NAMESPACE_OPEN_SCOPE
 
 void Usd_ChangeProcessor::Process(const SdfLayerChangeListVec& changes)
 {
     for (const auto& change : changes) {
-        if (!_stage.layerStack->HasLayer(get_pointer(change.first))) {
+        if (!_stage.layerStack->HasLayer(get_pointer(change.first)) &&
+            !_stage.dependencies.HasLayer(get_pointer(change.first))) {
             continue;
         }
         for (const auto& entry : change.second.GetEntryList()) {
@@ -80,13 +82,22 @@ void Usd_ChangeProcessor::_ProcessRootEntry(const SdfLayerHandle& layer, const _
             Usd_OpenLayer(SdfComputeAssetPathRelativeToLayer(layer, change.first), &why);
         isSignificant = isSignificant || (sublayer && !sublayer->IsEmpty());
     }
+    const auto defaultPrim = entry.FindInfoChange(SdfFieldKeys->DefaultPrim);
+    const bool namesOther = defaultPrim != entry.infoChanged.end();
+    const bool isLocal = _stage.layerStack->HasLayer(get_pointer(layer));
     if (isSignificant) {
         _layerStackChanged = true;
+    }
+    if (isSignificant && isLocal) {
         _resyncs[SdfPath::AbsoluteRootPath()].push_back(&entry);
     }
+    if (isSignificant || namesOther) {
+        for (const SdfPath& prim : _stage.dependencies.FindPrims(get_pointer(layer))) {
+            _resyncs[prim];
+        }
+    }
     // A layer that names another default prim changes what stands for it.
-    const auto defaultPrim = entry.FindInfoChange(SdfFieldKeys->DefaultPrim);
-    if (defaultPrim != entry.infoChanged.end()) {
+    if (namesOther && isLocal) {
         for (const VtValue& value : {defaultPrim->second.first, defaultPrim->second.second}) {
             const TfToken name = value.GetWithDefault<TfToken>();
             _resyncs[SdfPath::IsValidIdentifier(name) ? SdfPath::AbsoluteRootPath().AppendChild(name)
@@ -170,36 +181,42 @@ void Usd_ChangeProcessor::_ProcessPrimSpecs(const SdfLayerHandle& layer, const S
     if (!entry.flags.didAddInertPrim && !entry.flags.didRemoveInertPrim) {
         return;
     }
-    for (const SdfPath& affected : _GetAffectedPaths(layer, path)) {
+    for (const SdfPath& affected : _GetAffectedPaths(layer, path, true)) {
         const Usd_PrimData* const prim = _stage.prims.Find(affected);
         const bool wasThere = prim && prim->GetSourcePrimIndex().HasSpecs();
-        if (entry.flags.didAddInertPrim ? !wasThere : !_HasSpecs(affected)) {
-            _resyncs[affected]; // the first spec of a prim, or the last
+        // The first spec of a prim, or the last; or one that an arc leads to, which may not be followed yet.
+        if (!wasThere || (entry.flags.didRemoveInertPrim && !_HasSpecs(prim->GetSourcePrimIndex())) ||
+            prim->GetSourcePrimIndex().GetNodes().size() > 1) {
+            _resyncs[affected];
         } else {
             _specChanges.push_back(affected);
         }
     }
 }
 
-bool Usd_ChangeProcessor::_HasSpecs(const SdfPath& stagePath) const
+bool Usd_ChangeProcessor::_HasSpecs(const Usd_PrimIndex& index)
 {
-    const auto& entries = _stage.layerStack->GetEntries();
-    return std::any_of(entries.begin(), entries.end(),
-                       [&](const Usd_LayerStack::Entry& entry) { return entry.layer->HasSpec(stagePath); });
+    const auto& sites = index.GetSites();
+    return std::any_of(sites.begin(), sites.end(),
+                       [](const Usd_SpecSite& site) { return site.layer->HasSpec(site.path); });
 }
 
-SdfPathVector Usd_ChangeProcessor::_GetAffectedPaths(const SdfLayerHandle& layer, const SdfPath& path) const
+SdfPathVector Usd_ChangeProcessor::_GetAffectedPaths(const SdfLayerHandle& layer, const SdfPath& path,
+                                                     bool withBelow) const
 {
+    std::set<SdfPath> affected;
+    const SdfPath plain = path.StripAllVariantSelections();
     if (_stage.layerStack->HasLayer(get_pointer(layer))) {
-        return {path.StripAllVariantSelections()};
+        affected.insert(plain);
     }
-    return {};
+    _stage.dependencies.FindAffected(get_pointer(layer), plain, withBelow, &affected);
+    return {affected.begin(), affected.end()};
 }
 
 void Usd_ChangeProcessor::_Add(const SdfLayerHandle& layer, const SdfPath& path, const _Entry* entry,
                                _PathsToChanges* changes) const
 {
-    for (const SdfPath& affected : _GetAffectedPaths(layer, path)) {
+    for (const SdfPath& affected : _GetAffectedPaths(layer, path, changes == &_resyncs)) {
         auto& entries = (*changes)[affected];
         if (entry) {
             entries.push_back(entry);
@@ -234,12 +251,12 @@ void Usd_ChangeProcessor::_MergeAndRemoveDescendants(_PathsToChanges* stronger, 
 void Usd_ChangeProcessor::_Recompose()
 {
     if (_layerStackChanged) {
-        _stage.RebuildLayerStack();
+        _stage.RebuildLayerStacks();
     }
     _RemoveDescendants(&_resyncs);
     Usd_PrimComposer composer(_stage);
     if (_layerStackChanged && _resyncs.empty()) {
-        _specChanges.push_back(SdfPath::AbsoluteRootPath());
+        composer.ComposeAll(); // the same prims, on the layers that take part now
     }
     std::sort(_specChanges.begin(), _specChanges.end());
     for (const SdfPath& path : _specChanges) {
@@ -255,7 +272,7 @@ void Usd_ChangeProcessor::_Recompose()
         composer.RecomposeType(change.first);
     }
     _resyncs.merge(_typeChanges);
-    if (_layerStackChanged) {
+    if (_layerStackChanged || !paths.empty()) {
         _stage.FollowLayers();
     }
 }

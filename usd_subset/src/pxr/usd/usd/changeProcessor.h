@@ -10,6 +10,7 @@
 
 PXR_NAMESPACE_OPEN_SCOPE
 
+class Usd_PrimIndex;
 class Usd_StageImpl;
 
 /// Brings a stage up to date after its layers changed, and tells its listeners. Changes that need more than a
@@ -38,10 +39,11 @@ private:
     static bool _ChangesOffsets(const _Entry& entry);
     bool _ChangesRate(const _Entry& entry) const;
     static bool _NeedsOtherIndex(const _Entry& entry);
-    bool _HasSpecs(const SdfPath& stagePath) const;
+    static bool _HasSpecs(const Usd_PrimIndex& index);
 
     /// The paths of the stage that a path of a layer contributes to.
-    SdfPathVector _GetAffectedPaths(const SdfLayerHandle& layer, const SdfPath& path) const;
+    /// @param withBelow whether also prims that take opinions from somewhere below the path
+    SdfPathVector _GetAffectedPaths(const SdfLayerHandle& layer, const SdfPath& path, bool withBelow) const;
     void _Add(const SdfLayerHandle& layer, const SdfPath& path, const _Entry* entry,
               _PathsToChanges* changes) const;
     static void _RemoveDescendants(_PathsToChanges* changes);

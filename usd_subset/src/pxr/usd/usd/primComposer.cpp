@@ -67,6 +67,7 @@ void Usd_PrimComposer::RecomposeType(const SdfPath& path)
 
 void Usd_PrimComposer::_ComposeSubtree(Usd_PrimDataPtr top)
 {
+    _stage.dependencies.RemoveBelow(top->_path);
     std::vector<Usd_PrimDataPtr> todo{top};
     while (!todo.empty()) {
         const Usd_PrimDataPtr prim = todo.back();
@@ -154,6 +155,7 @@ void Usd_PrimComposer::_ComposeChildren(Usd_PrimDataPtr prim, std::vector<Usd_Pr
     }
     *link = nullptr;
     for (const auto& gone : before) {
+        _stage.dependencies.RemoveBelow(gone.second->_path);
         _stage.prims.RemoveSubtree(gone.second);
     }
 }

@@ -30,7 +30,7 @@ bool isInheritedDirectly(const Usd_PrimIndex& index, const Usd_SpecSite& site)
 {
     const auto& nodes = index.GetNodes();
     for (std::int32_t i = static_cast<std::int32_t>(site.node); i >= 0; i = nodes[i].parent) {
-        if (nodes[i].arc == Usd_ArcType::Inherit && !nodes[i].isDueToAncestor) {
+        if (nodes[i].arc == Usd_ArcType::Inherit && index.IsDirect(nodes[i])) {
             return true;
         }
     }

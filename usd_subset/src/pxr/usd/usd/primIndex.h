@@ -26,16 +26,25 @@ enum class Usd_ArcType : std::uint8_t
     Specialize
 };
 
-/// One place in scene description that contributes to a prim: a layer stack and a path in it.
+/// Whether an arc leads to a class, whose counterparts in stronger layer stacks count, too.
+inline bool Usd_IsClassArc(Usd_ArcType arc)
+{
+    return arc == Usd_ArcType::Inherit || arc == Usd_ArcType::Specialize;
+}
+
+/// One place in scene description that contributes to a prim: a part of a layer stack, and the arc that leads
+/// to it. Prims below share the nodes with the prim that the arcs were written on.
 struct Usd_PrimIndexNode
 {
     Usd_LayerStackPtr layerStack;
-    SdfPath path;
-    Usd_PathMapping toStage; ///< paths and times of the node's namespace to those of the stage
+    Usd_PathMapping toParent; ///< paths and times of the node's namespace to those of its parent
+    Usd_PathMapping toStage;  ///< the same to those of the index's root
     Usd_ArcType arc = Usd_ArcType::Root;
     std::int32_t parent = -1; ///< the node that the arc was written in
-    bool isDueToAncestor = false;
+    std::int32_t depth = 0;   ///< of the prim that the arc was written on, in the index's namespace
 };
+
+using Usd_PrimIndexNodes = std::vector<Usd_PrimIndexNode>;
 
 /// One spec that contributes to a prim.
 struct Usd_SpecSite
@@ -52,21 +61,27 @@ class Usd_PrimIndex
 public:
     const SdfPath& GetPath() const { return _path; }
     const std::vector<Usd_SpecSite>& GetSites() const { return _sites; }
-    const std::vector<Usd_PrimIndexNode>& GetNodes() const { return *_nodes; }
+    const Usd_PrimIndexNodes& GetNodes() const { return *_nodes; }
     const Usd_PrimIndexNode& GetNode(const Usd_SpecSite& site) const { return (*_nodes)[site.node]; }
     bool HasSpecs() const { return !_sites.empty(); }
     bool HasPayloads() const { return _hasPayloads; }
     bool IsInstanceable() const { return _isInstanceable; }
+    /// Whether a node's arc was written on this prim, not on one above.
+    bool IsDirect(const Usd_PrimIndexNode& node) const
+    {
+        return node.depth == static_cast<std::int32_t>(_path.GetPathElementCount());
+    }
 
     /// The names of the children in their order.
     TfTokenVector ComputeChildNames() const;
 
 private:
     friend class Usd_PrimIndexer;
+    friend class Usd_PrimIndexBuilder;
 
     SdfPath _path;
     std::vector<Usd_SpecSite> _sites;
-    std::shared_ptr<const std::vector<Usd_PrimIndexNode>> _nodes;
+    std::shared_ptr<const Usd_PrimIndexNodes> _nodes;
     bool _hasPayloads = false;
     bool _isInstanceable = false;
 };

@@ -4,6 +4,11 @@
 
 #include <pxr/pxr.h>
 
+#include <map>
+#include <set>
+#include <string>
+#include <utility>
+
 PXR_NAMESPACE_OPEN_SCOPE
 
 class Usd_StageImpl;
@@ -14,13 +19,29 @@ class Usd_PrimIndexer
 public:
     explicit Usd_PrimIndexer(Usd_StageImpl& stage) : _stage(stage) {}
 
-    Usd_PrimIndexPtr ComputePseudoRoot() const;
-    Usd_PrimIndexPtr ComputeChild(const Usd_PrimIndex& parent, const TfToken& name) const;
+    Usd_PrimIndexPtr ComputePseudoRoot() const { return _ComputePseudoRoot(_GetStageStack()); }
+    Usd_PrimIndexPtr ComputeChild(const Usd_PrimIndex& parent, const TfToken& name);
+
+    // What following arcs needs.
+
+    /// The layers of an asset. Null, with the reason in words, when it cannot be read; without one when it is
+    /// muted.
+    Usd_LayerStackPtr FindLayerStack(const std::string& asset, std::string* why);
+    /// The index of a prim in a layer stack of its own; null while that index itself is being computed.
+    Usd_PrimIndexPtr FindIndex(const Usd_LayerStackPtr& layerStack, const SdfPath& path);
+    /// Remembers that what is written at a site concerns a prim of the stage.
+    void AddDependency(const SdfPath& prim, const Usd_LayerStackPtr& layerStack, const SdfPath& site);
+    void Warn(const std::string& text);
 
 private:
-    void _WarnOfArcs(const Usd_PrimIndex& index) const;
+    using _Site = std::pair<const Usd_LayerStack*, SdfPath>;
+
+    static Usd_PrimIndexPtr _ComputePseudoRoot(const Usd_LayerStackPtr& layerStack);
+    const Usd_LayerStackPtr& _GetStageStack() const;
 
     Usd_StageImpl& _stage;
+    std::map<_Site, Usd_PrimIndexPtr> _indexes; // of prims that arcs lead below
+    std::set<_Site> _underWay;
 };
 
 PXR_NAMESPACE_CLOSE_SCOPE

@@ -1,6 +1,7 @@
 #include "pxr/usd/usd/stageImpl.h"
 
 #include "pxr/usd/usd/changeProcessor.h"
+#include "pxr/usd/usd/errorText.h"
 #include "pxr/usd/usd/primComposer.h"
 
 #include <pxr/base/tf/diagnostic.h>
@@ -31,18 +32,37 @@ UsdStageRefPtr Usd_StageImpl::Open(const SdfLayerRefPtr& root, const SdfLayerRef
     const UsdStageRefPtr result = TfCreateRefPtr(new UsdStage);
     result->_impl = std::make_unique<Usd_StageImpl>(get_pointer(result), root, session, load);
     Usd_StageImpl& impl = *result->_impl;
-    impl.RebuildLayerStack();
+    impl.RebuildLayerStacks();
     impl.editTarget = result->GetEditTargetForLocalLayer(SdfLayerHandle(root));
     Usd_PrimComposer(impl).ComposeAll();
     impl.FollowLayers();
     return result;
 }
 
-void Usd_StageImpl::RebuildLayerStack()
+void Usd_StageImpl::RebuildLayerStacks()
 {
+    _assetStacks.clear();
     layerStack = std::make_shared<Usd_LayerStack>(
         rootLayer, sessionLayer, std::set<std::string>(mutedLayers.begin(), mutedLayers.end()),
         [this](const std::string& text) { WarnOnce(text); });
+}
+
+Usd_LayerStackPtr Usd_StageImpl::FindLayerStack(const std::string& asset, std::string* why)
+{
+    const std::set<std::string> muted(mutedLayers.begin(), mutedLayers.end());
+    if (muted.count(asset)) {
+        return nullptr;
+    }
+    const SdfLayerRefPtr root = Usd_OpenLayer(asset, why);
+    if (!root || muted.count(root->GetIdentifier())) {
+        return nullptr;
+    }
+    Usd_LayerStackPtr& stack = _assetStacks[root->GetIdentifier()];
+    if (!stack) {
+        stack = std::make_shared<Usd_LayerStack>(root, SdfLayerRefPtr(), muted,
+                                                 [this](const std::string& text) { WarnOnce(text); });
+    }
+    return stack;
 }
 
 std::set<SdfLayerRefPtr> Usd_StageImpl::GetUsedLayers() const
@@ -51,6 +71,7 @@ std::set<SdfLayerRefPtr> Usd_StageImpl::GetUsedLayers() const
     for (const Usd_LayerStack::Entry& entry : layerStack->GetEntries()) {
         layers.insert(entry.layer);
     }
+    dependencies.CollectLayers(&layers);
     return layers;
 }
 
@@ -99,17 +120,6 @@ void Usd_StageImpl::WarnOnce(const std::string& text)
 {
     if (_warnings.insert(text).second) {
         TF_WARN("%s", text.c_str());
-    }
-}
-
-void Usd_StageImpl::WarnOfArc(const char* arc, const SdfPath& path, const SdfLayer& layer)
-{
-    if (!_hasWarnedOfArc) {
-        _hasWarnedOfArc = true;
-        TF_WARN("Prim <%s> in @%s@ has %s: composition arcs beyond sublayers are not read by this build, "
-                "here and "
-                "on other prims of the stage; what the prims say themselves is.",
-                path.GetText(), layer.GetIdentifier().c_str(), arc);
     }
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "pxr/usd/usd/dependencies.h"
 #include "pxr/usd/usd/layerStack.h"
 #include "pxr/usd/usd/primTable.h"
 
@@ -35,8 +36,11 @@ public:
 
     UsdStageWeakPtr GetStage() const { return UsdStageWeakPtr(stage); }
 
-    /// Makes the layer stack anew, and everything that stands on it.
-    void RebuildLayerStack();
+    /// Makes the layer stack anew, and forgets those of assets.
+    void RebuildLayerStacks();
+    /// The layers of an asset. Null, with the reason in words, when it cannot be read; without one when it is
+    /// muted.
+    Usd_LayerStackPtr FindLayerStack(const std::string& asset, std::string* why);
     /// Listens to the layers that the stage is composed of now.
     void FollowLayers();
     std::set<SdfLayerRefPtr> GetUsedLayers() const;
@@ -46,9 +50,6 @@ public:
 
     /// Posts a warning about composition, each text once in the stage's life.
     void WarnOnce(const std::string& text);
-    /// Posts the warning about composition arcs that are not read; once in the stage's life.
-    void WarnOfArc(const char* arc, const SdfPath& path, const SdfLayer& layer);
-
     /// The prim at a path, or the proxy of a prim inside an instance; invalid when there is none.
     UsdPrim GetPrimOrProxy(const SdfPath& path) const;
 
@@ -57,6 +58,7 @@ public:
     const SdfLayerRefPtr sessionLayer;
     Usd_LayerStackPtr layerStack;
     Usd_PrimTable prims;
+    Usd_Dependencies dependencies;
     UsdEditTarget editTarget;
     UsdStageLoadRules loadRules;
     UsdInterpolationType interpolation = UsdInterpolationTypeLinear;
@@ -67,7 +69,7 @@ private:
 
     std::map<SdfLayerRefPtr, TfNotice::Key> _followed;
     std::set<std::string> _warnings;
-    bool _hasWarnedOfArc = false;
+    std::map<std::string, Usd_LayerStackPtr> _assetStacks; // by the root layer's identifier
     size_t _lastSerialNumber = 0;
 };
 

@@ -56,9 +56,12 @@ std::string Usd_VariantOpinions::GetSelection(const std::string& setName) const
             return site.path.GetVariantSelection().second;
         }
     }
+    // Selected, but without anything in it.
+    const std::vector<std::string> sets = GetSetNames();
     std::string selection;
-    const bool isSelected = GetAuthoredSelection(setName, &selection);
-    return isSelected && GetVariantNames(setName).count(selection) ? selection : std::string();
+    return std::count(sets.begin(), sets.end(), setName) && GetAuthoredSelection(setName, &selection)
+               ? selection
+               : std::string();
 }
 
 PXR_NAMESPACE_CLOSE_SCOPE
