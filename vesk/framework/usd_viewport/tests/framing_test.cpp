@@ -9,6 +9,7 @@ namespace {
 using namespace vesk::usd::utils;
 
 const GfRange3f kBox(GfVec3f(-1), GfVec3f(1));
+const GfRange3f kProxyBox(GfVec3f(-4), GfVec3f(4));
 
 class FramingTest : public ViewportTest
 {
@@ -124,19 +125,23 @@ TEST_F(FramingTest, FramesTheSceneForNoPathAndForTheRoot)
 
 TEST_F(FramingTest, FramesThePathsWhenTheFirstIsNotTheRoot)
 {
-    // Asked for directly, a prim counts whatever its purpose: the box of edge 8.
-    const GfRange3f proxyBox(GfVec3f(-4), GfVec3f(4));
+    model->setRenderProxyGeometry(true);
     const GfCamera current = model->getGfCamera();
-    frame(ProjectionType::Perspective, ViewDirection::Front, {SdfPath("/ProxyBox")});
+    frame(ProjectionType::Perspective, ViewDirection::Front, {SdfPath("/Box"), SdfPath("/")});
+    // Only the box of edge 2 is framed, or "/" would bring in the one of edge 8.
+    EXPECT_EQ(model->distanceToCenter(),
+              getDistanceToCenter(kProxyBox, ProjectionType::Perspective, 45.0f, 1.5f));
+    frame(ProjectionType::Perspective, ViewDirection::Front, {SdfPath("/Box")});
     EXPECT_EQ(model->getGfCamera(),
-              expectedCamera(proxyBox, current, ProjectionType::Perspective, GfVec3d(0, 0, 1), 45.0f));
+              expectedCamera(kBox, current, ProjectionType::Perspective, GfVec3d(0, 0, 1), 45.0f, kProxyBox));
 }
 
 TEST_F(FramingTest, KeepsTheScenesBoundsWhenItFramesAPart)
 {
-    frame(ProjectionType::Perspective, ViewDirection::Front, {SdfPath("/ProxyBox")});
+    model->setRenderProxyGeometry(true);
+    frame(ProjectionType::Perspective, ViewDirection::Front, {SdfPath("/Box")});
     GfCamera fitted = GfCamera();
-    updateGfCameraNearFar(fitted, false, 10.0f, 10.0f, kBox);
+    updateGfCameraNearFar(fitted, false, 10.0f, 10.0f, kProxyBox);
     model->setDistanceToCenter(10.0f);
     EXPECT_EQ(model->adjustGfCamera(GfCamera()).GetClippingRange(), fitted.GetClippingRange());
 }
@@ -155,9 +160,8 @@ TEST_F(FramingTest, CountsProxyGeometryWhenItIsShown)
     const Future<void> framed = model->frameScene(ProjectionType::Perspective, ViewDirection::Front, {});
     model->setRenderProxyGeometry(true);
     run();
-    const GfRange3f proxyBox(GfVec3f(-4), GfVec3f(4));
-    EXPECT_EQ(model->getGfCamera(), expectedCamera(proxyBox, current, ProjectionType::Perspective,
-                                                   GfVec3d(0, 0, 1), 45.0f, proxyBox));
+    EXPECT_EQ(model->getGfCamera(), expectedCamera(kProxyBox, current, ProjectionType::Perspective,
+                                                   GfVec3d(0, 0, 1), 45.0f, kProxyBox));
 }
 
 TEST_F(FramingTest, GivesAPerspectiveViewTheDefaultFieldOfView)
@@ -273,14 +277,14 @@ TEST_F(FramingTest, ReadsTheUpAxisWhenItRuns)
 
 TEST_F(FramingTest, OwnsTheCallersPaths)
 {
+    model->setRenderProxyGeometry(true);
     {
-        std::vector<SdfPath> paths{SdfPath("/ProxyBox")};
+        std::vector<SdfPath> paths{SdfPath("/Box")};
         model->frameScene(ProjectionType::Perspective, ViewDirection::Front, paths);
-        paths[0] = SdfPath("/Box");
+        paths[0] = SdfPath("/ProxyBox");
     }
     run();
-    EXPECT_EQ(model->distanceToCenter(), getDistanceToCenter(GfRange3f(GfVec3f(-4), GfVec3f(4)),
-                                                             ProjectionType::Perspective, 45.0f, 1.5f));
+    EXPECT_EQ(model->distanceToCenter(), getDistanceToCenter(kBox, ProjectionType::Perspective, 45.0f, 1.5f));
 }
 
 TEST_F(FramingTest, OfAnEmptySceneFramesTheUnitBox)

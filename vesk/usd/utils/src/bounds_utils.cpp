@@ -149,7 +149,12 @@ Result<GfRange3f> computeAlignedGeometryBounds(const TfWeakPtr<UsdStage>& stage,
         UsdGeomBBoxCache fresh(time, purposes(proxyGeometry));
         return boundsOf({prim}, fresh, proxyGeometry);
     }
-    cache->SetTime(time);
+    if (cache->GetTime() != time) {
+        // The cache would keep boxes that are computed from animated sizes and points: it looks at extents
+        // alone to tell what varies.
+        cache->Clear();
+        cache->SetTime(time);
+    }
     return boundsOf({prim}, *cache, proxyGeometry);
 }
 
@@ -161,7 +166,8 @@ GfRange3f getSubSceneBounds(const TfWeakPtr<UsdStage>& stage, const std::vector<
     std::vector<UsdPrim> prims;
     for (const SdfPath& path : paths) {
         if (path.IsEmpty() || !path.IsAbsolutePath()) continue;
-        if (const UsdPrim prim = strong->GetPrimAtPath(path.GetPrimPath())) prims.push_back(prim);
+        const SdfPath primPath = path.IsAbsoluteRootPath() ? path : path.GetPrimPath();
+        if (const UsdPrim prim = strong->GetPrimAtPath(primPath)) prims.push_back(prim);
     }
     if (cache) return boundsOf(prims, *cache, proxyGeometry);
     UsdGeomBBoxCache fresh(UsdTimeCode::Default(), purposes(proxyGeometry));

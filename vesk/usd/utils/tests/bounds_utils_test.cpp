@@ -103,6 +103,23 @@ TEST(SceneBounds, SetTimeAndPurposesOfASharedCache)
     EXPECT_EQ(cache.GetTime(), UsdTimeCode(3));
 }
 
+TEST(SceneBounds, OfASharedCacheAreThoseOfAFreshOneAtEveryTime)
+{
+    const UsdStageRefPtr stage = stageFrom(R"(
+def Cube "Box"
+{
+    double size.timeSamples = { 0: 2, 10: 6 }
+}
+)");
+    UsdGeomBBoxCache cache(UsdTimeCode::Default(), {UsdGeomTokens->default_});
+    for (const double time : {0.0, 10.0, 0.0, 5.0}) {
+        const GfRange3f shared =
+            computeAlignedGeometryBounds(stage, SdfPath::AbsoluteRootPath(), UsdTimeCode(time), false, &cache)
+                .takeValue();
+        EXPECT_EQ(shared, sceneBounds(stage, false, UsdTimeCode(time))) << time;
+    }
+}
+
 TEST(SceneBounds, AreAnErrorWithoutAStage)
 {
     EXPECT_EQ(computeAlignedGeometryBounds(UsdStageRefPtr(), SdfPath::AbsoluteRootPath(),
