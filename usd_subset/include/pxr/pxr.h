@@ -17,8 +17,7 @@
 #define PXR_INTERNAL_NS pxrInternal_vesk_subset__pxrReserved__
 #define PXR_NS_GLOBAL ::PXR_NS
 
-namespace PXR_INTERNAL_NS {
-}
+namespace PXR_INTERNAL_NS {}
 
 namespace PXR_NS {
 using namespace PXR_INTERNAL_NS;
