@@ -372,3 +372,35 @@ TEST_F(Undo, SkipsLayersThatHaveGone)
     sublayer.Reset();
     EXPECT_TRUE(undo());
 }
+
+TEST_F(Undo, OfTwoDocumentsOnOneLayerTakesBackTheirOwnEdits)
+{
+    DocumentOptions options;
+    options.manual = true;
+    const UsdStageRefPtr otherStage = UsdStage::Open(stage->GetRootLayer());
+    const auto other = UsdDocument::attach(otherStage, options);
+    setSize(1.0);
+    other->edit("other", [](const Context& context) { context.stage()->DefinePrim(path("/Other")); });
+    other->runPendingTasks();
+    setSize(2.0);
+    EXPECT_EQ(document->undoLabels(), (Labels{"set size", "set size"}));
+    EXPECT_EQ(other->undoLabels(), Labels{"other"});
+    other->undo();
+    other->runPendingTasks();
+    EXPECT_FALSE(stage->GetPrimAtPath(path("/Other")));
+    EXPECT_EQ(size(), 2.0);
+    EXPECT_TRUE(undo());
+    EXPECT_EQ(size(), 1.0);
+}
+
+TEST_F(Undo, LeavesTheLayerWithoutItsDelegateWhenTheDocumentIsGone)
+{
+    setSize(1.0);
+    const SdfLayerHandle root = stage->GetRootLayer();
+    EXPECT_TRUE(root->IsDirty());
+    document.reset();
+    EXPECT_TRUE(root->IsDirty()) << "an unsaved layer stays unsaved";
+    stage->DefinePrim(path("/Later"));
+    EXPECT_TRUE(stage->GetPrimAtPath(path("/Later")));
+    document = UsdDocument::create();
+}
