@@ -164,23 +164,23 @@ VESK_USD_API TfToken SdfGetRoleNameForValueTypeName(TfToken const& typeName);
 template <class T>
 struct SdfValueTypeTraits
 {
-    static const bool IsValueType = false;
+    static constexpr bool IsValueType = false;
 };
 template <int N>
 struct SdfValueTypeTraits<char[N]>
 {
-    static const bool IsValueType = true;
+    static constexpr bool IsValueType = true;
 };
 #define SDF_DECLARE_VALUE_TYPE_TRAITS(Name, name, type)                                                      \
     template <>                                                                                              \
     struct SdfValueTypeTraits<type>                                                                          \
     {                                                                                                        \
-        static const bool IsValueType = true;                                                                \
+        static constexpr bool IsValueType = true;                                                            \
     };                                                                                                       \
     template <>                                                                                              \
     struct SdfValueTypeTraits<VtArray<type>>                                                                 \
     {                                                                                                        \
-        static const bool IsValueType = true;                                                                \
+        static constexpr bool IsValueType = true;                                                            \
     };
 SDF_FOR_EACH_VALUE_TYPE(SDF_DECLARE_VALUE_TYPE_TRAITS)
 #undef SDF_DECLARE_VALUE_TYPE_TRAITS
