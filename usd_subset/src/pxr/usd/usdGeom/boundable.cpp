@@ -1,9 +1,8 @@
 #include <pxr/usd/usdGeom/boundable.h>
 
-#include "pxr/usd/usdGeom/extents.h"
-
 #include <pxr/base/tf/diagnostic.h>
 #include <pxr/base/tf/hash.h>
+#include <pxr/base/tf/registryManager.h>
 #include <pxr/usd/usd/primTypeInfo.h>
 #include <pxr/usd/usdGeom/boundableComputeExtent.h>
 
@@ -60,12 +59,8 @@ bool _ComputeFromFunction(const UsdGeomBoundable& boundable, const UsdTimeCode& 
         TF_CODING_ERROR("No extent can be computed: the prim is invalid or not boundable.");
         return false;
     }
-    static std::once_flag once;
-    std::call_once(once, [] {
-        UsdGeom_RegisterShapeExtents();
-        UsdGeom_RegisterPointExtents();
-        UsdGeom_RegisterInstancerExtent();
-    });
+    // Runs what TF_REGISTRY_FUNCTION(UsdGeomBoundable) left, here and in other libraries.
+    TfRegistryManager::GetInstance().SubscribeTo<UsdGeomBoundable>();
     const UsdPrim prim = boundable.GetPrim();
     const UsdGeomComputeExtentFunction function =
         _Functions::Get().Find(prim.GetPrimTypeInfo().GetSchemaType());

@@ -11,11 +11,6 @@
 
 PXR_NAMESPACE_OPEN_SCOPE
 
-/// Register the extent functions of this library's schemas.
-void UsdGeom_RegisterShapeExtents();
-void UsdGeom_RegisterPointExtents();
-void UsdGeom_RegisterInstancerExtent();
-
 template <class Vec>
 bool UsdGeom_IsFinite(const Vec& v)
 {

@@ -1,6 +1,7 @@
 #include "pxr/usd/usdGeom/extents.h"
 
 #include <pxr/base/gf/bbox3d.h>
+#include <pxr/base/tf/registryManager.h>
 #include <pxr/usd/usdGeom/boundableComputeExtent.h>
 #include <pxr/usd/usdGeom/curves.h>
 #include <pxr/usd/usdGeom/points.h>
@@ -105,7 +106,7 @@ bool _ComputePoints(const UsdGeomBoundable& boundable, const UsdTimeCode& time, 
 
 } // namespace
 
-void UsdGeom_RegisterPointExtents()
+TF_REGISTRY_FUNCTION(UsdGeomBoundable)
 {
     UsdGeomRegisterComputeExtentFunction<UsdGeomPointBased>(_ComputePointBased);
     UsdGeomRegisterComputeExtentFunction<UsdGeomCurves>(_ComputeCurves);

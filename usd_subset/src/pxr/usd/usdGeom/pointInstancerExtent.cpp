@@ -1,6 +1,7 @@
 #include "pxr/usd/usdGeom/extents.h"
 
 #include <pxr/base/gf/bbox3d.h>
+#include <pxr/base/tf/registryManager.h>
 #include <pxr/usd/usd/stage.h>
 #include <pxr/usd/usdGeom/bboxCache.h>
 #include <pxr/usd/usdGeom/boundableComputeExtent.h>
@@ -81,7 +82,7 @@ bool _ComputeInstancer(const UsdGeomBoundable& boundable, const UsdTimeCode& tim
 
 } // namespace
 
-void UsdGeom_RegisterInstancerExtent()
+TF_REGISTRY_FUNCTION(UsdGeomBoundable)
 {
     UsdGeomRegisterComputeExtentFunction<UsdGeomPointInstancer>(_ComputeInstancer);
 }

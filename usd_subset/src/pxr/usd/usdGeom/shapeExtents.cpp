@@ -1,6 +1,7 @@
 #include "pxr/usd/usdGeom/extents.h"
 
 #include <pxr/base/gf/bbox3d.h>
+#include <pxr/base/tf/registryManager.h>
 #include <pxr/usd/usdGeom/boundableComputeExtent.h>
 #include <pxr/usd/usdGeom/capsule.h>
 #include <pxr/usd/usdGeom/capsule_1.h>
@@ -196,7 +197,7 @@ bool _ComputePlane(const UsdGeomBoundable& boundable, const UsdTimeCode&, const 
 
 } // namespace
 
-void UsdGeom_RegisterShapeExtents()
+TF_REGISTRY_FUNCTION(UsdGeomBoundable)
 {
     UsdGeomRegisterComputeExtentFunction<UsdGeomCube>(_ComputeCube);
     UsdGeomRegisterComputeExtentFunction<UsdGeomSphere>(_ComputeSphere);

@@ -1,4 +1,5 @@
 #include <pxr/base/gf/bbox3d.h>
+#include <pxr/base/tf/registryManager.h>
 #include <pxr/usd/sdf/types.h>
 #include <pxr/usd/usdGeom/boundableComputeExtent.h>
 #include <pxr/usd/usdGeom/metrics.h>
@@ -123,15 +124,15 @@ bool _ComputeRect(const UsdGeomBoundable& boundable, const UsdTimeCode& time, co
            _SetExtent(GfVec3f(width * 0.5f, height * 0.5f, 0.0f), transform, extent);
 }
 
-const bool kAreRegistered = [] {
+} // namespace
+
+TF_REGISTRY_FUNCTION(UsdGeomBoundable)
+{
     UsdGeomRegisterComputeExtentFunction<UsdLuxDiskLight>(_ComputeDisk);
     UsdGeomRegisterComputeExtentFunction<UsdLuxSphereLight>(_ComputeSphere);
     UsdGeomRegisterComputeExtentFunction<UsdLuxCylinderLight>(_ComputeCylinder);
     UsdGeomRegisterComputeExtentFunction<UsdLuxRectLight>(_ComputeRect<UsdLuxRectLight>);
     UsdGeomRegisterComputeExtentFunction<UsdLuxPortalLight>(_ComputeRect<UsdLuxPortalLight>);
-    return true;
-}();
-
-} // namespace
+}
 
 PXR_NAMESPACE_CLOSE_SCOPE
