@@ -78,23 +78,25 @@ void DocumentCore::shutDown()
 
 void DocumentCore::post(QueuedTask task)
 {
+    // Allocates before the lock is taken; a task that is not taken dies after it was released.
+    std::list<QueuedTask> posted;
+    posted.push_back(std::move(task));
     {
         std::lock_guard lock(m_mutex);
         if (!m_closed) {
             if (m_group.depth > 0) {
-                task.group = m_group.id;
-                task.groupLabel = m_group.label;
+                posted.front().group = m_group.id;
+                posted.front().groupLabel = m_group.label;
             }
-            m_queue.push_back(std::move(task));
+            m_queue.splice(m_queue.end(), posted);
         }
     }
-    // A task that was not taken dies here, outside the lock.
     m_workAdded.notify_one();
 }
 
 std::size_t DocumentCore::dropPending()
 {
-    std::deque<QueuedTask> dropped;
+    std::list<QueuedTask> dropped;
     {
         std::lock_guard lock(m_mutex);
         dropped.swap(m_queue);
@@ -149,17 +151,14 @@ bool DocumentCore::_runOne(std::unique_lock<std::mutex>& lock)
     m_running = true;
     m_runner = std::this_thread::get_id();
     const bool flush = std::exchange(m_flushRequested, false);
-    std::optional<QueuedTask> queued;
-    if (!flush) {
-        queued = std::move(m_queue.front());
-        m_queue.pop_front();
-    }
+    std::list<QueuedTask> queued;
+    if (!flush) queued.splice(queued.begin(), m_queue, m_queue.begin());
     lock.unlock();
     if (flush)
         _sendChanges();
     else
-        _runTask(*queued);
-    queued.reset();
+        _runTask(queued.front());
+    queued.clear();
     lock.lock();
     m_runner = std::thread::id();
     m_running = false;

@@ -3,7 +3,7 @@
 #include <atomic>
 #include <condition_variable>
 #include <cstdint>
-#include <deque>
+#include <list>
 #include <memory>
 #include <mutex>
 #include <string>
@@ -113,7 +113,7 @@ private:
     mutable std::mutex m_mutex; ///< Guards what follows; never held over code of others.
     mutable std::condition_variable m_workAdded;
     mutable std::condition_variable m_becameIdle;
-    std::deque<QueuedTask> m_queue;
+    std::list<QueuedTask> m_queue; ///< A list: taking it over, as closing does, allocates nothing.
     UndoGroup m_group;
     bool m_running = false;
     bool m_flushRequested = false;
