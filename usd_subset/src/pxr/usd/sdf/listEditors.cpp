@@ -15,7 +15,8 @@ namespace {
 
 SdfPath canonical(const SdfPath& path, const SdfSpecHandle& owner)
 {
-    return path.IsEmpty() ? path : path.MakeAbsolutePath(owner->GetPath().GetPrimPath());
+    return path.IsEmpty() ? path
+                          : path.MakeAbsolutePath(owner->GetPath().StripAllVariantSelections().GetPrimPath());
 }
 template <class T>
 const T& canonical(const T& item, const SdfSpecHandle&)

@@ -1,7 +1,23 @@
+#include <pxr/base/tf/registryManager.h>
+#include <pxr/base/tf/type.h>
 #include <pxr/usd/sdf/layer.h>
 #include <pxr/usd/sdf/notice.h>
 
 PXR_NAMESPACE_OPEN_SCOPE
+
+TF_REGISTRY_FUNCTION(TfType)
+{
+    typedef TfType::Bases<SdfNotice::Base> Base;
+    TfType::Define<SdfNotice::Base, TfType::Bases<TfNotice>>();
+    TfType::Define<SdfNotice::LayersDidChangeSentPerLayer, Base>();
+    TfType::Define<SdfNotice::LayersDidChange, Base>();
+    TfType::Define<SdfNotice::LayerInfoDidChange, Base>();
+    TfType::Define<SdfNotice::LayerIdentifierDidChange, Base>();
+    TfType::Define<SdfNotice::LayerDidReplaceContent, Base>();
+    TfType::Define<SdfNotice::LayerDidReloadContent, TfType::Bases<SdfNotice::LayerDidReplaceContent>>();
+    TfType::Define<SdfNotice::LayerDidSaveLayerToFile, Base>();
+    TfType::Define<SdfNotice::LayerDirtinessChanged, Base>();
+}
 
 SdfNotice::Base::~Base() = default;
 SdfNotice::LayersDidChangeSentPerLayer::~LayersDidChangeSentPerLayer() = default;

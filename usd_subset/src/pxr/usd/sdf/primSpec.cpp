@@ -159,7 +159,8 @@ void SdfPrimSpec::ApplyPropertyOrder(std::vector<TfToken>* names) const
 SdfSpecHandle SdfPrimSpec::GetObjectAtPath(const SdfPath& path) const
 {
     const SdfLayerHandle layer = GetLayer();
-    return layer ? layer->GetObjectAtPath(path.MakeAbsolutePath(GetPath())) : SdfSpecHandle();
+    return layer ? layer->GetObjectAtPath(path.IsAbsolutePath() ? path : GetPath().AppendPath(path))
+                 : SdfSpecHandle();
 }
 
 SdfPrimSpecHandle SdfPrimSpec::GetPrimAtPath(const SdfPath& path) const

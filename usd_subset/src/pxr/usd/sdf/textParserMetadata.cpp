@@ -59,7 +59,8 @@ SdfPath Sdf_TextParser::_PathItem(const SdfPath& owner, const char* what)
         _s.Fail(offset, "<" + text + ">",
                 std::string(what) + (text.empty() ? ", which is not empty" : " that is well-formed"));
     }
-    return SdfPath(text).MakeAbsolutePath(owner.StripAllVariantSelections().GetPrimPath());
+    const SdfPath prim = owner.IsAbsoluteRootPath() ? owner : owner.StripAllVariantSelections().GetPrimPath();
+    return SdfPath(text).MakeAbsolutePath(prim);
 }
 
 // Reads what may follow a reference, a payload or a sublayer between brackets.
