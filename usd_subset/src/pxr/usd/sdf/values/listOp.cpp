@@ -421,7 +421,7 @@ std::ostream& operator<<(std::ostream& out, const SdfListOp<T>& op)
 }
 
 #define SDF_INSTANTIATE_LIST_OP(T)                                                                           \
-    template class SdfListOp<T>;                                                                             \
+    template class VESK_USD_API SdfListOp<T>;                                                                \
     template VESK_USD_API std::ostream& operator<<(std::ostream&, const SdfListOp<T>&);
 
 SDF_INSTANTIATE_LIST_OP(int)
