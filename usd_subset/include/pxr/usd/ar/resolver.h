@@ -19,9 +19,9 @@ PXR_NAMESPACE_OPEN_SCOPE
 class ArAsset;
 
 /// The resolver of files on disk. Paths that begin with `./`, `../` or a plain name are anchored to the
-/// directory of their anchor; a plain relative path that has no file there is sought in the search paths of the
-/// bound context and of SetDefaultSearchPath(). No URL is ever fetched.
-/// Thread: any; bound contexts belong to the thread that binds them.
+/// directory of their anchor; a plain relative path that has no file there is sought in the search paths of
+/// the bound context and of SetDefaultSearchPath(). No URL is ever fetched. Thread: any; bound contexts
+/// belong to the thread that binds them.
 class ArResolver
 {
 public:
