@@ -73,6 +73,8 @@ function(vesk_add_tests)
     endif()
     add_executable(${name} ${ARG_SOURCES})
     vesk_compile_settings(${name})
+    # Optimising tests takes longer than running them.
+    target_compile_options(${name} PRIVATE $<$<CONFIG:Release>:-O0>)
     target_include_directories(${name} PRIVATE "${CMAKE_CURRENT_SOURCE_DIR}/src" "${CMAKE_CURRENT_SOURCE_DIR}/tests")
     if(TARGET ${_target})
         target_link_libraries(${name} PRIVATE ${_target})

@@ -2,11 +2,16 @@
 find_package(Threads REQUIRED)
 
 set(VESK_COMPILE_OPTIONS
-    # Both keep arithmetic the same from machine to machine: no fused operations, and file names in
-    # log records start at the source root.
+    # No fused operations: arithmetic is the same from machine to machine.
     -ffp-contract=off
+    # File names in log records start at the source root.
     "-fmacro-prefix-map=${PROJECT_SOURCE_DIR}/="
 )
+if(VESK_BUILDS_INSIDE_SOURCE)
+    # ccache hands the compiler paths relative to the build folder.
+    file(RELATIVE_PATH _from_build "${PROJECT_BINARY_DIR}" "${PROJECT_SOURCE_DIR}")
+    list(APPEND VESK_COMPILE_OPTIONS "-fmacro-prefix-map=${_from_build}=")
+endif()
 set(VESK_WARNINGS -Wall -Wextra -Wshadow -Wnon-virtual-dtor -Woverloaded-virtual -Wnull-dereference -Wformat=2)
 if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
     # GCC 12 reports false null dereferences out of inlined standard library code.

@@ -10,10 +10,16 @@ if(PROJECT_IS_TOP_LEVEL AND NOT CMAKE_BUILD_TYPE AND NOT CMAKE_CONFIGURATION_TYP
     set(CMAKE_BUILD_TYPE Release CACHE STRING "Build type" FORCE)
 endif()
 
-# ccache makes the second build quick; hash_dir off lets build folders share its results.
+# ccache makes the second build quick. Where the build folder lies inside the source folder, as the presets put it,
+# paths are made relative, so that another clone shares the results.
 find_program(VESK_CCACHE ccache)
+cmake_path(IS_PREFIX PROJECT_SOURCE_DIR "${PROJECT_BINARY_DIR}" VESK_BUILDS_INSIDE_SOURCE)
 if(VESK_CCACHE AND PROJECT_IS_TOP_LEVEL AND NOT CMAKE_CXX_COMPILER_LAUNCHER)
-    set(CMAKE_CXX_COMPILER_LAUNCHER ${CMAKE_COMMAND} -E env CCACHE_NOHASHDIR=1 ${VESK_CCACHE})
+    set(_ccache_settings CCACHE_NOHASHDIR=1)
+    if(VESK_BUILDS_INSIDE_SOURCE)
+        list(APPEND _ccache_settings "CCACHE_BASEDIR=${PROJECT_SOURCE_DIR}")
+    endif()
+    set(CMAKE_CXX_COMPILER_LAUNCHER ${CMAKE_COMMAND} -E env ${_ccache_settings} ${VESK_CCACHE})
 endif()
 
 set(CMAKE_EXPORT_COMPILE_COMMANDS ${PROJECT_IS_TOP_LEVEL})
