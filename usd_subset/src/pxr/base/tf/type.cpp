@@ -6,6 +6,7 @@
 #include <pxr/base/tf/registryManager.h>
 
 #include <algorithm>
+#include <atomic>
 #include <map>
 #include <mutex>
 #include <ostream>
@@ -40,9 +41,16 @@ public:
     /// Returns the registry once every registry function that waited has run.
     static Tf_TypeRegistry& GetInstance()
     {
-        Tf_TypeRegistry& registry = _Get();
-        TfRegistryManager::GetInstance().SubscribeTo<TfType>();
-        return registry;
+        // Registry functions look up types, too; only the outermost call knows that all have run.
+        static std::atomic<bool> ready{false};
+        thread_local bool entered = false;
+        if (!ready.load(std::memory_order_acquire) && !entered) {
+            entered = true;
+            TfRegistryManager::GetInstance().SubscribeTo<TfType>();
+            entered = false;
+            ready.store(true, std::memory_order_release);
+        }
+        return _Get();
     }
 
     Info* FindByName(std::string const& name) const
@@ -164,8 +172,6 @@ bool MergeAncestors(std::vector<std::vector<TfType>> sequences, std::vector<TfTy
 }
 
 } // namespace
-
-TfType::FactoryBase::~FactoryBase() = default;
 
 TfType const& TfType::GetUnknownType()
 {
