@@ -46,25 +46,21 @@ LogCapture::~LogCapture()
     spdlog::set_default_logger(m_former);
     if (m_allowUntaken) return;
     for (const LogRecord& record : m_sink->take()) {
-        ADD_FAILURE() << "unexpected log record: " << record.text << " (" << record.file << ":" << record.line << ")";
+        ADD_FAILURE() << "unexpected log record: " << record.text << " (" << record.file << ":" << record.line
+                      << ")";
     }
 }
 
-std::vector<LogRecord> LogCapture::take()
-{
-    return m_sink->take();
-}
+std::vector<LogRecord> LogCapture::take() { return m_sink->take(); }
 
 std::vector<std::string> LogCapture::takeTexts()
 {
     std::vector<std::string> texts;
-    for (LogRecord& record : take()) texts.push_back(std::move(record.text));
+    for (LogRecord& record : take())
+        texts.push_back(std::move(record.text));
     return texts;
 }
 
-void LogCapture::allowUntaken()
-{
-    m_allowUntaken = true;
-}
+void LogCapture::allowUntaken() { m_allowUntaken = true; }
 
 } // namespace vesk::tests

@@ -20,8 +20,8 @@ struct LogRecord
     std::string function;
 };
 
-/// Replaces the default logger by one that remembers every record at level debug and above, and puts the former
-/// one back when it dies.
+/// Replaces the default logger by one that remembers every record at level debug and above, and puts the
+/// former one back when it dies.
 ///
 /// Records that nobody has taken when it dies fail the test: an unexpected record is a fault.
 /// Thread: constructed and destroyed on one thread; records may arrive from any.
