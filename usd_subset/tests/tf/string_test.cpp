@@ -136,10 +136,20 @@ TEST(NumberText, OutOfRangeReadsAsTheLimit)
     EXPECT_FALSE(outOfRange);
 }
 
-TEST(NumberText, WithoutANumberReadsAsZero)
+TEST(NumberText, MayHaveASign)
+{
+    EXPECT_EQ(TfStringToDouble("+1.5"), 1.5);
+    EXPECT_EQ(TfStringToDouble("-.5"), -0.5);
+    EXPECT_EQ(TfStringToDouble("-inf"), -std::numeric_limits<double>::infinity());
+}
+
+TEST(NumberText, ThatIsNoNumberReadsAsZero)
 {
     EXPECT_EQ(TfStringToDouble(""), 0.0);
     EXPECT_EQ(TfStringToDouble("abc"), 0.0);
+    EXPECT_EQ(TfStringToDouble("1.5m"), 0.0);
+    EXPECT_EQ(TfStringToDouble("--1"), 0.0);
+    EXPECT_EQ(TfStringToDouble("infinity"), 0.0);
 }
 
 TEST(DictionaryOrder, PutsNumbersInTheirValuesOrder)

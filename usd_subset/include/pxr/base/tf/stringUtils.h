@@ -30,7 +30,7 @@ inline std::string TfIntToString(int number) { return std::to_string(number); }
 /// \name Numbers
 /// Independent of the locale.
 /// @{
-/// Reads a number at the start of the text: "inf", "-inf", "nan" are numbers, no number is 0.
+/// Reads a text that is a number and nothing else, "inf" and "nan" among them; any other text is 0.
 VESK_USD_API double TfStringToDouble(const std::string& text);
 VESK_USD_API double TfStringToDouble(const char* text);
 VESK_USD_API double TfStringToDouble(const char* text, int length);

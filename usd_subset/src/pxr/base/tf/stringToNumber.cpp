@@ -3,6 +3,7 @@
 #include <charconv>
 #include <cstring>
 #include <limits>
+#include <string_view>
 
 PXR_NAMESPACE_OPEN_SCOPE
 
@@ -10,25 +11,30 @@ namespace {
 
 double ParseDouble(const char* text, const char* end)
 {
-    double number = 0;
     const char* first = text;
-    if (first != end && *first == '+') {
+    const bool negative = first != end && *first == '-';
+    if (first != end && (*first == '+' || *first == '-')) {
         ++first;
-        if (first != end && *first == '-') {
-            return 0;
-        }
     }
+    // from_chars takes a sign of its own and more names of infinity than are meant here.
+    const std::string_view unsignedText(first, end - first);
+    const bool named = unsignedText == "inf" || unsignedText == "nan";
+    if (!named && (first == end || !std::strchr("0123456789.", *first))) {
+        return 0;
+    }
+    double number = 0;
     const auto result = std::from_chars(first, end, number);
-    if (result.ec == std::errc::result_out_of_range) {
-        // Too large or too small: the sign of the exponent tells which.
-        const bool negative = *first == '-';
-        const std::string seen(first, result.ptr);
-        const size_t exponent = seen.find_first_of("eE");
-        const bool small = exponent != std::string::npos ? seen[exponent + 1] == '-' : seen.find('.') < 3;
-        number = small ? 0.0 : std::numeric_limits<double>::infinity();
-        return negative ? -number : number;
+    if (result.ptr != end) {
+        return 0;
     }
-    return result.ec == std::errc() ? number : 0;
+    if (result.ec == std::errc::result_out_of_range) {
+        // Too large or too small: the sign of the exponent tells which, and without one the digits do.
+        const size_t exponent = unsignedText.find_first_of("eE");
+        const bool small = exponent != std::string_view::npos ? unsignedText[exponent + 1] == '-'
+                                                              : unsignedText.find('.') < 3;
+        number = small ? 0.0 : std::numeric_limits<double>::infinity();
+    }
+    return negative ? -number : number;
 }
 
 template <class Integer>
