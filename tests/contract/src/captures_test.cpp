@@ -2,9 +2,9 @@
 
 #include <tests/support/scene_files.h>
 
-#include <ImfArray.h>
 #include <ImfChannelList.h>
 #include <ImfFrameBuffer.h>
+#include <ImfHeader.h>
 #include <ImfInputFile.h>
 #include <png.h>
 
@@ -109,7 +109,7 @@ TEST_P(EveryDrawingRenderer, UsesTheClearColourOfACaptureForThatPictureAlone)
 TEST_P(EveryDrawingRenderer, WritesFloatOutputsAsTheyAre)
 {
     const TemporaryFolder folder;
-    ContractSession session(GetParam(), "#usda 1.0\ndef Cube \"Box\" { double size = 2 }\n");
+    ContractSession session(GetParam(), "#usda 1.0\ndef Cube \"Box\" { double size = 2\n}\n");
     session.lookPerspective(10.0);
     capture(session, folder.path() / "depth.exr", "linearDepth").get();
     const std::vector<float> depths = readExrChannel(folder.path() / "depth.exr", "Z");

@@ -84,13 +84,15 @@ Picture ContractSession::render(const char* aov, int samples)
     parameters.samples = samples;
     parameters.aovs = {TfToken(aov)};
     const auto future = renderer->renderFrame(parameters);
-    if (document->isManual()) document->runPendingTasks();
+    finish(future);
     return Picture(future.get().aovs.at(0).second);
 }
 
-INSTANTIATE_TEST_SUITE_P(Contract, EveryRenderer, testing::Values("recording", "embree"),
-                         [](const auto& info) { return info.param; });
-INSTANTIATE_TEST_SUITE_P(Contract, EveryDrawingRenderer, testing::Values("embree"),
-                         [](const auto& info) { return info.param; });
+namespace {
+std::string rendererOf(const testing::TestParamInfo<std::string>& parameter) { return parameter.param; }
+} // namespace
+
+INSTANTIATE_TEST_SUITE_P(Contract, EveryRenderer, testing::Values("recording", "embree"), rendererOf);
+INSTANTIATE_TEST_SUITE_P(Contract, EveryDrawingRenderer, testing::Values("embree"), rendererOf);
 
 } // namespace vesk::tests::contract

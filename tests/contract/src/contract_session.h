@@ -7,6 +7,7 @@
 
 #include <gtest/gtest.h>
 
+#include <chrono>
 #include <cstring>
 #include <memory>
 #include <string>
@@ -18,7 +19,8 @@ using framework::usd_document::UsdDocument;
 
 /// The scene that most tests stand on: a sphere of radius 1 at the origin.
 inline constexpr const char* kSphereScene = R"(#usda 1.0
-def Sphere "Ball" { double radius = 1 }
+def Sphere "Ball" { double radius = 1
+}
 )";
 
 /// One read back picture with its pixels by position.
@@ -70,6 +72,16 @@ public:
 
     /// Renders one frame of one sample and returns an output.
     Picture render(const char* aov, int samples = 1);
+
+    /// Waits for a future of the renderer; a document in manual mode runs what is queued meanwhile.
+    template <class T>
+    void finish(const base::Future<T>& future) const
+    {
+        while (document->isManual() && !future.waitFor(std::chrono::milliseconds(1))) {
+            document->runPendingTasks();
+        }
+        future.wait();
+    }
 
     std::shared_ptr<UsdDocument> document;
     std::unique_ptr<HydraRenderer> renderer;

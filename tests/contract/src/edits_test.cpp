@@ -28,10 +28,12 @@ constexpr const char* kTwoBalls = R"(#usda 1.0
 def Sphere "A" { double radius = 0.5
     color3f[] primvars:displayColor = [(1, 0, 0)]
     double3 xformOp:translate = (-1, 0, 0)
-    uniform token[] xformOpOrder = ["xformOp:translate"] }
+    uniform token[] xformOpOrder = ["xformOp:translate"]
+}
 def Sphere "B" { double radius = 0.5
     double3 xformOp:translate = (1, 0, 0)
-    uniform token[] xformOpOrder = ["xformOp:translate"] }
+    uniform token[] xformOpOrder = ["xformOp:translate"]
+}
 )";
 
 TEST_P(EveryDrawingRenderer, ShowsAPrimWhereItWasMovedTo)
@@ -110,7 +112,7 @@ TEST_P(EveryDrawingRenderer, LeavesOutAMeshThatIsBrokenWithOneWarningAndDrawsThe
     for (const BrokenMesh& c : cases) {
         LogCapture log;
         ContractSession session(GetParam(), std::string("#usda 1.0\ndef Mesh \"Broken\" {\n") + c.body +
-                                                "\n}\ndef Sphere \"Ball\" { double radius = 1 }\n");
+                                                "\n}\ndef Sphere \"Ball\" { double radius = 1\n}\n");
         session.lookOrthographic(4.0);
         EXPECT_EQ(session.renderer->singlePointPicking(100, 100, 0).get().primPath, "/Ball");
         EXPECT_EQ(session.renderer->singlePointPicking(101, 100, 0).get().primPath, "/Ball");
@@ -124,7 +126,8 @@ TEST_P(EveryDrawingRenderer, DrawsPrimsThatLieFarFromTheOriginWithoutLosingTheir
     ContractSession session(GetParam(), R"(#usda 1.0
 def Sphere "Ball" { double radius = 1
     double3 xformOp:translate = (1e7, 0, 0)
-    uniform token[] xformOpOrder = ["xformOp:translate"] }
+    uniform token[] xformOpOrder = ["xformOp:translate"]
+}
 )");
     GfCamera camera = makeOrthographicCamera(4.0, 1.0, 10.0);
     camera.SetTransform(GfMatrix4d(1.0).SetTranslate(GfVec3d(1e7, 0.0, 10.0)));
@@ -142,7 +145,8 @@ TEST_P(EveryDrawingRenderer, ShowsNothingOfAPrimThatIsScaledToNothing)
     ContractSession session(GetParam(), R"(#usda 1.0
 def Sphere "Flat" { double radius = 1
     double3 xformOp:scale = (1, 1, 0)
-    uniform token[] xformOpOrder = ["xformOp:scale"] }
+    uniform token[] xformOpOrder = ["xformOp:scale"]
+}
 )");
     session.lookOrthographic(4.0);
     EXPECT_FALSE(session.renderer->singlePointPicking(100, 100, 0).get().hit);

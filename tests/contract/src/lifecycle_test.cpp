@@ -92,7 +92,7 @@ TEST_P(EveryRenderer, TakesEverySetterWhileAFrameWaitsForTheDocument)
     ContractSession session(GetParam(), kSphereScene, 16, 8, true);
     const auto frame = session.renderer->renderFrame({});
     callEverySetter(*session.renderer); // would never return if one waited for the frame
-    session.document->runPendingTasks();
+    session.finish(frame);
     EXPECT_NO_THROW(frame.get());
 }
 
@@ -136,7 +136,7 @@ TEST_P(EveryDrawingRenderer, ShowsTheDocumentThatItWasGivenLast)
     ContractSession session(GetParam(), kSphereScene);
     session.lookOrthographic(4.0);
     EXPECT_TRUE(session.renderer->singlePointPicking(100, 100, 0).get().hit);
-    const auto other = openText("#usda 1.0\ndef Cube \"Other\" { double size = 2 }\n", false);
+    const auto other = openText("#usda 1.0\ndef Cube \"Other\" { double size = 2\n}\n", false);
     session.renderer->setDocument(other);
     EXPECT_EQ(session.renderer->singlePointPicking(100, 100, 0).get().primPath, "/Other");
     session.renderer->setDocument(nullptr);

@@ -16,20 +16,22 @@ TEST_P(EveryDrawingRenderer, ShowsASphereAsADiskOfItsRadius)
     ContractSession session(GetParam(), kSphereScene);
     session.lookOrthographic(4.0);
     const Picture ids = session.render("primId");
-    int wrong = 0;
+    std::string wrong;
     for (int y = 0; y < 200; ++y) {
         for (int x = 0; x < 200; ++x) {
             const double distance = std::hypot(x + 0.5 - 100.0, y + 0.5 - 100.0);
             if (std::abs(distance - 50.0) < 0.1) continue;
-            wrong += (ids.id(x, y) >= 0) != (distance < 50.0);
+            if ((ids.id(x, y) >= 0) != (distance < 50.0)) {
+                wrong += " " + std::to_string(x) + "," + std::to_string(y);
+            }
         }
     }
-    EXPECT_EQ(wrong, 0);
+    EXPECT_EQ(wrong, "");
 }
 
 TEST_P(EveryDrawingRenderer, MeasuresDepthAlongTheViewAxisToTheFrontOfACube)
 {
-    ContractSession session(GetParam(), "#usda 1.0\ndef Cube \"Box\" { double size = 2 }\n");
+    ContractSession session(GetParam(), "#usda 1.0\ndef Cube \"Box\" { double size = 2\n}\n");
     session.lookPerspective(10.0);
     const Picture linear = session.render("linearDepth");
     // The front face lies at z = 1, 9 from the camera, in the middle and 11 pixels from there alike.
@@ -44,7 +46,7 @@ TEST_P(EveryDrawingRenderer, MeasuresDepthAlongTheViewAxisToTheFrontOfACube)
 
 TEST_P(EveryDrawingRenderer, MeasuresOrthographicDepthLinearlyBetweenThePlanes)
 {
-    ContractSession session(GetParam(), "#usda 1.0\ndef Cube \"Box\" { double size = 2 }\n");
+    ContractSession session(GetParam(), "#usda 1.0\ndef Cube \"Box\" { double size = 2\n}\n");
     session.lookOrthographic(4.0);
     EXPECT_NEAR(session.render("linearDepth").number(100, 100), 9.0f, 1e-4f);
     EXPECT_NEAR(session.render("depth").number(100, 100), (9.0 - 1.0) / 99.0, 1e-5);
@@ -52,7 +54,7 @@ TEST_P(EveryDrawingRenderer, MeasuresOrthographicDepthLinearlyBetweenThePlanes)
 
 TEST_P(EveryDrawingRenderer, ShowsACubeOverTheHalfOfThePictureThatItsSizeIs)
 {
-    ContractSession session(GetParam(), "#usda 1.0\ndef Cube \"Box\" { double size = 2 }\n");
+    ContractSession session(GetParam(), "#usda 1.0\ndef Cube \"Box\" { double size = 2\n}\n");
     session.lookOrthographic(4.0);
     const Picture ids = session.render("primId");
     EXPECT_EQ(ids.id(49, 100), -1);
@@ -82,12 +84,14 @@ TEST_P(EveryDrawingRenderer, GivesEachPrimAndEachFaceANumberOfItsOwn)
     ContractSession session(GetParam(), R"(#usda 1.0
 def Sphere "Left" { double radius = 0.5
     double3 xformOp:translate = (-1, 0, 0)
-    uniform token[] xformOpOrder = ["xformOp:translate"] }
+    uniform token[] xformOpOrder = ["xformOp:translate"]
+}
 def Mesh "Right" {
     uniform token subdivisionScheme = "none"
     int[] faceVertexCounts = [4, 4]
     int[] faceVertexIndices = [0, 1, 4, 3, 1, 2, 5, 4]
-    point3f[] points = [(0.5, -1, 0), (1, -1, 0), (1.5, -1, 0), (0.5, 1, 0), (1, 1, 0), (1.5, 1, 0)] }
+    point3f[] points = [(0.5, -1, 0), (1, -1, 0), (1.5, -1, 0), (0.5, 1, 0), (1, 1, 0), (1.5, 1, 0)]
+}
 )");
     session.lookOrthographic(4.0);
     const Picture ids = session.render("primId");
@@ -109,7 +113,8 @@ def Mesh "Sheet" {
     int[] faceVertexCounts = [4, 4]
     int[] faceVertexIndices = [0, 1, 4, 3, 1, 2, 5, 4]
     int[] holeIndices = [0]
-    point3f[] points = [(-1, -1, 0), (0, -1, 0), (1, -1, 0), (-1, 1, 0), (0, 1, 0), (1, 1, 0)] }
+    point3f[] points = [(-1, -1, 0), (0, -1, 0), (1, -1, 0), (-1, 1, 0), (0, 1, 0), (1, 1, 0)]
+}
 )");
     session.lookOrthographic(4.0);
     const Picture elements = session.render("elementId");

@@ -16,7 +16,7 @@ PickingResult pick(ContractSession& session, float x, float y, float radius = 0.
 TEST_P(EveryDrawingRenderer, PicksThePrimUnderThePointWithItsPlaceNormalAndDepth)
 {
     ContractSession session(GetParam(),
-                            "#usda 1.0\ndef Xform \"G\" { def Cube \"Box\" { double size = 2 } }\n");
+                            "#usda 1.0\ndef Xform \"G\" { def Cube \"Box\" { double size = 2\n}\n}\n");
     session.lookPerspective(10.0);
     // 200 pixels show as many units as the depth: at depth 9, pixel 110 lies 10 / 200 * 9 to the right.
     const PickingResult result = pick(session, 110.0f, 95.0f);
@@ -71,10 +71,12 @@ TEST_P(EveryDrawingRenderer, PrefersWhatIsNearestToThePointOverWhatIsNearestToTh
     ContractSession session(GetParam(), R"(#usda 1.0
 def Cube "Near" { double size = 1
     double3 xformOp:translate = (-1.5, 0, 3)
-    uniform token[] xformOpOrder = ["xformOp:translate"] }
+    uniform token[] xformOpOrder = ["xformOp:translate"]
+}
 def Cube "Far" { double size = 1
     double3 xformOp:translate = (0.75, 0, -3)
-    uniform token[] xformOpOrder = ["xformOp:translate"] }
+    uniform token[] xformOpOrder = ["xformOp:translate"]
+}
 )");
     session.lookOrthographic(4.0);
     // Near ends at x = -1, pixel 50; Far begins at x = 0.25, pixel 112.5.

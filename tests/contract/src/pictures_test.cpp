@@ -51,16 +51,16 @@ TEST_P(EveryDrawingRenderer, ShowsUniformDisplayColoursFaceByFaceThroughTheirInd
 // Black at the left edge, red in the middle, black at the right edge: a quarter of the way in it is half red.
 TEST_P(EveryDrawingRenderer, BlendsVertexDisplayColoursAcrossFaces)
 {
-    const Picture p = renderSquares(GetParam(), R"(color3f[] primvars:displayColor =
-        [(0, 0, 0), (1, 0, 0), (0, 0, 0), (0, 0, 0), (1, 0, 0), (0, 0, 0)] ( interpolation = "vertex" ))");
+    const Picture p = renderSquares(GetParam(), R"(color3f[] primvars:displayColor = [
+        (0, 0, 0), (1, 0, 0), (0, 0, 0), (0, 0, 0), (1, 0, 0), (0, 0, 0)] ( interpolation = "vertex" ))");
     EXPECT_NEAR(p.byte(75, 100, 0), 255 * 0.51, 1.0); // pixel 75 has its centre at x = -0.49
     EXPECT_NEAR(p.byte(99, 100, 0), 255 * 0.99, 1.0);
 }
 
 TEST_P(EveryDrawingRenderer, KeepsFaceVaryingDisplayColoursApartAtASharedEdge)
 {
-    const Picture p = renderSquares(GetParam(), R"(color3f[] primvars:displayColor =
-        [(1, 0, 0), (1, 0, 0), (1, 0, 0), (1, 0, 0), (0, 1, 0), (0, 1, 0), (0, 1, 0), (0, 1, 0)] (
+    const Picture p = renderSquares(GetParam(), R"(color3f[] primvars:displayColor = [
+        (1, 0, 0), (1, 0, 0), (1, 0, 0), (1, 0, 0), (0, 1, 0), (0, 1, 0), (0, 1, 0), (0, 1, 0)] (
         interpolation = "faceVarying" ))");
     EXPECT_EQ(p.byte(99, 100, 0), 255);
     EXPECT_EQ(p.byte(99, 100, 1), 0);
@@ -73,7 +73,9 @@ TEST_P(EveryDrawingRenderer, InheritsAConstantDisplayColourFromAbove)
     ContractSession session(GetParam(), R"(#usda 1.0
 def Xform "Group" {
     color3f[] primvars:displayColor = [(0, 1, 0)] ( interpolation = "constant" )
-    def Sphere "Ball" { double radius = 1 } }
+    def Sphere "Ball" { double radius = 1
+}
+}
 )");
     session.lookOrthographic(4.0);
     session.useAmbientLightOnly();
@@ -88,8 +90,10 @@ TEST_P(EveryDrawingRenderer, LetsWhatLiesBehindShineThroughATransparentSurface)
 def Plane "Front" { color3f[] primvars:displayColor = [(1, 0, 0)]
     float[] primvars:displayOpacity = [0.25]
     double3 xformOp:translate = (0, 0, 1)
-    uniform token[] xformOpOrder = ["xformOp:translate"] }
-def Plane "Back" { color3f[] primvars:displayColor = [(0, 0, 1)] }
+    uniform token[] xformOpOrder = ["xformOp:translate"]
+}
+def Plane "Back" { color3f[] primvars:displayColor = [(0, 0, 1)]
+}
 )");
     session.lookOrthographic(4.0);
     session.useAmbientLightOnly();
@@ -101,11 +105,13 @@ def Plane "Back" { color3f[] primvars:displayColor = [(0, 0, 1)] }
 TEST_P(EveryDrawingRenderer, LightsWhatFacesALightAndNotWhatTurnsAway)
 {
     ContractSession session(GetParam(), R"(#usda 1.0
-def Sphere "Ball" { double radius = 1 }
+def Sphere "Ball" { double radius = 1
+}
 def DistantLight "Sun" { float inputs:intensity = 3.14159265
     bool inputs:normalize = 1
     double3 xformOp:rotateXYZ = (0, 90, 0)
-    uniform token[] xformOpOrder = ["xformOp:rotateXYZ"] }
+    uniform token[] xformOpOrder = ["xformOp:rotateXYZ"]
+}
 )");
     session.lookOrthographic(4.0);
     session.renderer->setLighting({}); // no rig, the stage's own lights
@@ -133,7 +139,7 @@ TEST_P(EveryDrawingRenderer, ShowsTheClearColourWhereNothingIsAndKeepsItsBytes)
 TEST_P(EveryDrawingRenderer, EncodesTheSceneForDisplayWhereColourCorrectionIsOn)
 {
     ContractSession session(
-        GetParam(), "#usda 1.0\ndef Plane \"P\" { color3f[] primvars:displayColor = [(0.5, 0.5, 0.5)] }\n");
+        GetParam(), "#usda 1.0\ndef Plane \"P\" { color3f[] primvars:displayColor = [(0.5, 0.5, 0.5)]\n}\n");
     session.lookOrthographic(4.0);
     session.useAmbientLightOnly();
     EXPECT_EQ(session.render("color").byte(100, 100, 0), 128);
@@ -146,7 +152,8 @@ TEST_P(EveryDrawingRenderer, CoversAnEdgePixelByItsShareWhenItTakesManySamples)
 {
     ContractSession session(GetParam(), R"(#usda 1.0
 def Plane "P" { double width = 2.02
-    color3f[] primvars:displayColor = [(1, 1, 1)] }
+    color3f[] primvars:displayColor = [(1, 1, 1)]
+}
 )");
     session.lookOrthographic(4.0);
     session.useAmbientLightOnly();

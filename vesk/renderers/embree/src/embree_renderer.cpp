@@ -43,11 +43,13 @@ DebugMode debugModeOf(const TfToken& token)
     return DebugMode::None;
 }
 
+// Until the host sets a lighting the rig alone is on: a stage's own lights would add to it.
 LightingInfo initialLighting()
 {
     LightingInfo info;
     info.lights = usd::hydra_renderer::createDefaultLighting({}, false, 0.0f).takeValue();
     info.material = usd::hydra_renderer::createDefaultSimpleMaterial().takeValue();
+    info.sceneLightsEnabled = false;
     return info;
 }
 

@@ -94,6 +94,7 @@ void FrameJob::restart()
 
 void FrameJob::_prepare(const PulledScene& pulled)
 {
+    if (m_core->isClosed()) return;
     m_view = makeFrameView(m_copy.settings, pulled, m_core->cameraOf(m_copy.settings, pulled));
     m_film = Film(m_copy.settings.size);
     m_tiles = tilesOf(m_copy.settings);

@@ -50,7 +50,7 @@ float Grid::_coverage(double coordinate, double spacing, float pixel) const
     const double half = 0.5 * m_thickness * pixel;
     const double distance = toLine(coordinate, spacing);
     const double edge = std::clamp((half + 0.5 * pixel - distance) / pixel, 0.0, 1.0);
-    const double crowding = std::clamp(spacing / (6.0 * pixel), 0.0, 1.0);
+    const double crowding = std::clamp(spacing / (14.0 * pixel), 0.0, 1.0);
     return static_cast<float>(edge * crowding * crowding);
 }
 

@@ -5,7 +5,6 @@
 #include "mesh_extraction.h"
 #include "stage_reading.h"
 
-#include <pxr/usd/usd/primRange.h>
 #include <pxr/usd/usdGeom/camera.h>
 #include <pxr/usd/usdGeom/metrics.h>
 #include <pxr/usd/usdGeom/tokens.h>

@@ -65,6 +65,8 @@ RTCGeometryType typeOf(GeometryKind kind)
 std::shared_ptr<ScenePtr> buildShape(RTCDevice device, const Geometry& shape)
 {
     auto scene = std::make_shared<ScenePtr>(rtcNewScene(device));
+    // Without it rays slip through where faces meet.
+    rtcSetSceneFlags(scene->get(), RTC_SCENE_FLAG_ROBUST);
     RTCGeometry geometry = rtcNewGeometry(device, typeOf(shape.kind));
     if (shape.kind == GeometryKind::Triangles) {
         fillTriangles(geometry, shape);
