@@ -161,7 +161,7 @@ void Usd_PrimIndexBuilder::_FollowClassArc(int site, const SdfPath& classPath, U
     _AddArc(site, type, _graph[site].node.layerStack, classPath, SdfLayerOffset(), true);
 }
 
-int Usd_PrimIndexBuilder::_AddArc(int site, Usd_ArcType type, const Usd_LayerStackPtr& layerStack,
+int Usd_PrimIndexBuilder::_AddArc(int site, Usd_ArcType type, Usd_LayerStackPtr layerStack,
                                   const SdfPath& path, const SdfLayerOffset& offset, bool keepsNames)
 {
     if (_graph.MakesCycle(site, layerStack, path)) {

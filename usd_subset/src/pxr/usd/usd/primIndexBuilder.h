@@ -34,7 +34,7 @@ private:
     void _FollowArcs(int site);
     void _FollowAssetArc(int site, const Usd_AssetArc& arc, Usd_ArcType type);
     void _FollowClassArc(int site, const SdfPath& classPath, Usd_ArcType type);
-    int _AddArc(int site, Usd_ArcType type, const Usd_LayerStackPtr& layerStack, const SdfPath& path,
+    int _AddArc(int site, Usd_ArcType type, Usd_LayerStackPtr layerStack, const SdfPath& path,
                 const SdfLayerOffset& offset, bool keepsNames);
     void _AddImpliedClasses(int classNode);
     bool _FollowNextVariant();
