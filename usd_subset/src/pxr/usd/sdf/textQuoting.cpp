@@ -22,7 +22,15 @@ std::string shortest(T value)
     char text[64];
     const auto end = std::to_chars(text, text + sizeof text, value,
                                    plain ? std::chars_format::fixed : std::chars_format::scientific);
-    return std::string(text, end.ptr);
+    std::string result(text, end.ptr);
+    // The exponent without a plus and without zeros in front, as in 1e20 and 2.5e-7.
+    const size_t exponent = result.find('e');
+    if (exponent != std::string::npos) {
+        const bool negative = result[exponent + 1] == '-';
+        const size_t digits = result.find_first_not_of("+-0", exponent + 1);
+        result.replace(exponent + 1, digits - exponent - 1, negative ? "-" : "");
+    }
+    return result;
 }
 
 void appendHex(unsigned char c, std::string* out)

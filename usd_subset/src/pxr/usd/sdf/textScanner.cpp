@@ -122,7 +122,11 @@ std::string Sdf_TextScanner::_Excerpt() const
     return "'" + std::string(_text.substr(_pos, end - _pos)) + "'";
 }
 
-void Sdf_TextScanner::Fail(const std::string& expected) const { Fail(_pos, _Excerpt(), expected); }
+void Sdf_TextScanner::Fail(const std::string& expected)
+{
+    _Skip();
+    Fail(_pos, _Excerpt(), expected);
+}
 
 void Sdf_TextScanner::Fail(size_t offset, const std::string& found, const std::string& expected) const
 {

@@ -41,7 +41,7 @@ class Sdf_TextScanner
 public:
     explicit Sdf_TextScanner(std::string_view text) : _text(text) {}
 
-    [[noreturn]] void Fail(const std::string& expected) const;
+    [[noreturn]] void Fail(const std::string& expected);
     [[noreturn]] void Fail(size_t offset, const std::string& found, const std::string& expected) const;
     /// Returns the first line, without its end, and goes on behind it.
     std::string_view Header();
