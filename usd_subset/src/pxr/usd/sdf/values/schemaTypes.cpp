@@ -17,9 +17,12 @@ SdfValueTypeName SdfSchema::FindType(const TfToken& typeName) const
 
 SdfValueTypeName SdfSchema::FindType(const std::string& typeName) const
 {
-    return FindType(TfToken::Find(typeName));
+    // The registry goes first: before it is made, its names need not exist as tokens.
+    const Sdf_ValueTypeRegistry& registry = Sdf_ValueTypeRegistry::GetInstance();
+    return registry.Find(TfToken::Find(typeName));
 }
-SdfValueTypeName SdfSchema::FindType(const char* typeName) const { return FindType(TfToken::Find(typeName)); }
+
+SdfValueTypeName SdfSchema::FindType(const char* typeName) const { return FindType(std::string(typeName)); }
 
 SdfValueTypeName SdfSchema::FindType(const TfType& type, const TfToken& role) const
 {
