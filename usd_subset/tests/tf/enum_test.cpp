@@ -3,6 +3,8 @@
 
 #include <gtest/gtest.h>
 
+#include <sstream>
+
 PXR_NAMESPACE_OPEN_SCOPE
 
 enum EnumTestColor
@@ -38,6 +40,13 @@ TEST(Enum, HasNames)
     EXPECT_EQ(TfEnum::GetName(EnumTestBlue), "");
     EXPECT_EQ(TfEnum::GetAllNames<EnumTestColor>(),
               (std::vector<std::string>{"EnumTestRed", "EnumTestGreen"}));
+}
+
+TEST(Enum, StreamsItsFullName)
+{
+    std::ostringstream out;
+    out << TfEnum(EnumTestGreen) << " " << TfEnum(EnumTestBlue);
+    EXPECT_EQ(out.str(), "EnumTestColor::EnumTestGreen EnumTestColor::2");
 }
 
 TEST(Enum, IsFoundByItsName)

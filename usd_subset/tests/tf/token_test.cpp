@@ -38,7 +38,7 @@ TEST(Token, ComparesWithStrings)
     EXPECT_TRUE(std::string("normals") != token);
 }
 
-TEST(Token, OrdersByTheBytesOfItsText)
+TEST(Token, OrdersByItsText)
 {
     // Texts that agree in their first eight bytes, contain NUL, or start with a high byte.
     std::vector<std::string> texts{"",
@@ -57,6 +57,15 @@ TEST(Token, OrdersByTheBytesOfItsText)
     std::sort(texts.begin(), texts.end());
     std::sort(tokens.begin(), tokens.end());
     EXPECT_EQ(TfToStringVector(tokens), texts);
+}
+
+TEST(Token, WithBytesBeyondAsciiAtItsBeginSortsLast)
+{
+    std::vector<TfToken> tokens{TfToken("z"), TfToken("a\xc3\xa4"), TfToken("b"),
+                                TfToken("abcdefghi\xc3\xa4")};
+    std::sort(tokens.begin(), tokens.end());
+    EXPECT_EQ(TfToStringVector(tokens),
+              (std::vector<std::string>{"abcdefghi\xc3\xa4", "b", "z", "a\xc3\xa4"}));
 }
 
 TEST(Token, FindMakesNothing)

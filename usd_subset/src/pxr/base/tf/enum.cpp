@@ -102,7 +102,7 @@ void TfEnum::_FatalGetValueError(std::type_info const& queried) const
 
 std::ostream& operator<<(std::ostream& out, const TfEnum& e)
 {
-    const std::string name = TfEnum::GetName(e);
+    const std::string name = TfEnum::GetFullName(e);
     return out << (name.empty()
                        ? TfStringPrintf("%s::%d", Tf_Demangle(e.GetType()).c_str(), e.GetValueAsInt())
                        : name);

@@ -97,15 +97,25 @@ private:
         auto rep = std::make_unique<Rep>();
         rep->text = text;
         rep->hash = hash;
-        for (size_t i = 0; i != sizeof(rep->order); ++i) {
-            const unsigned char byte = i < text.size() ? static_cast<unsigned char>(text[i]) : 0;
-            rep->order = rep->order << 8 | byte;
-        }
+        rep->order = _Order(text);
         Rep*& bucket = _BucketOf(shard, hash);
         rep->next = bucket;
         bucket = rep.release();
         ++shard.size;
         return bucket;
+    }
+
+    /// Returns the first eight bytes as one number, big end first. As OpenUSD does, each counts as a signed
+    /// one whose sign fills the bits above it: a text with a byte beyond ASCII there sorts behind those
+    /// without.
+    static uint64_t _Order(std::string_view text)
+    {
+        uint64_t order = 0;
+        for (size_t i = 0; i != sizeof(order) && i != text.size() && text[i] != '\0'; ++i) {
+            const auto byte = static_cast<uint64_t>(static_cast<signed char>(text[i]));
+            order |= byte << (8 * (sizeof(order) - 1 - i));
+        }
+        return order;
     }
 
     static void _Grow(Shard& shard)

@@ -226,9 +226,6 @@ void AppendPath(const Node* node, std::string* text)
 
 std::string Sdf_PathNode::GetElementText() const
 {
-    if (IsRoot()) {
-        return m_isAbsolute ? "/" : ".";
-    }
     std::string text;
     AppendElement(this, &text);
     if (HasTarget(this)) {
