@@ -164,6 +164,13 @@ TEST(Specifier, DefinesUnlessItIsAnOver)
     EXPECT_EQ(TfEnum::GetDisplayName(SdfVariabilityUniform), "Uniform");
 }
 
+TEST(Specifier, ConvertsToIntAndBack)
+{
+    EXPECT_EQ(VtValue::Cast<int>(VtValue(SdfSpecifierClass)), VtValue(2));
+    EXPECT_EQ(VtValue::Cast<SdfSpecifier>(VtValue(1)), VtValue(SdfSpecifierOver));
+    EXPECT_EQ(VtValue::Cast<TfEnum>(VtValue(SdfVariabilityUniform)), VtValue(TfEnum(SdfVariabilityUniform)));
+}
+
 TEST(FieldKeys, HaveTheNamesThatFilesHave)
 {
     EXPECT_EQ(SdfFieldKeys->TimeSamples, "timeSamples");

@@ -141,7 +141,8 @@ TEST(ErrorMark, KeepsTheCodeAndThePlace)
     const TfError& error = *mark.begin();
     EXPECT_TRUE(error.IsCodingError());
     EXPECT_EQ(error.GetErrorCode(), TfEnum(TF_DIAGNOSTIC_CODING_ERROR_TYPE));
-    EXPECT_EQ(error.GetErrorCodeAsString(), "Coding Error");
+    EXPECT_EQ(error.GetErrorCodeAsString(), "TF_DIAGNOSTIC_CODING_ERROR_TYPE");
+    EXPECT_EQ(TfDiagnosticMgr::GetCodeName(error.GetErrorCode()), "Coding Error");
     EXPECT_EQ(error.GetSourceFileName(), __FILE__);
     mark.Clear();
 }

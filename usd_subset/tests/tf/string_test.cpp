@@ -132,6 +132,7 @@ TEST(NumberText, OutOfRangeReadsAsTheLimit)
     bool outOfRange = false;
     EXPECT_EQ(TfStringToInt64("9223372036854775808", &outOfRange), std::numeric_limits<int64_t>::max());
     EXPECT_TRUE(outOfRange);
+    EXPECT_EQ(TfStringToInt64(" 7"), 0);
     EXPECT_EQ(TfStringToInt64("-7", &outOfRange), -7);
     EXPECT_FALSE(outOfRange);
 }
@@ -185,6 +186,7 @@ TEST(FilePaths, ComeApart)
 {
     EXPECT_EQ(TfGetBaseName("/a/b.usd"), "b.usd");
     EXPECT_EQ(TfGetBaseName("/a/b/"), "b");
+    EXPECT_EQ(TfGetBaseName("//"), "");
     EXPECT_EQ(TfGetPathName("/a/b.usd"), "/a/");
     EXPECT_EQ(TfGetPathName("b.usd"), "");
     EXPECT_EQ(TfGetExtension("/a.x/b.usd"), "usd");

@@ -31,7 +31,7 @@ std::string Tf_Demangle(const char* mangled)
     StripNamespace(name);
     ReplaceAll(name, "std::__cxx11::basic_string<char, std::char_traits<char>, std::allocator<char> >",
                "string");
-    ReplaceAll(name, "string >", "string>");
+    ReplaceAll(name, "string ", "string");
     ReplaceAll(name, "std::", "");
     return name;
 }

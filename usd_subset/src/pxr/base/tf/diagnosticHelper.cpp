@@ -21,20 +21,20 @@ namespace {
 void PostError(const TfCallContext& context, const TfDiagnosticInfo& info, const TfEnum& code,
                const std::string& message, bool quiet)
 {
-    const std::string name = TfDiagnosticMgr::GetCodeName(code);
+    const std::string name = TfEnum::GetName(code);
     TfDiagnosticMgr::GetInstance().PostError(code, name.c_str(), context, message, info, quiet);
 }
 
 void PostWarning(const TfCallContext& context, const TfDiagnosticInfo& info, const TfEnum& code,
                  const std::string& message)
 {
-    const std::string name = TfDiagnosticMgr::GetCodeName(code);
+    const std::string name = TfEnum::GetName(code);
     TfDiagnosticMgr::GetInstance().PostWarning(code, name.c_str(), context, message, info, false);
 }
 
 void PostStatus(const TfCallContext& context, const TfEnum& code, const std::string& message)
 {
-    const std::string name = TfDiagnosticMgr::GetCodeName(code);
+    const std::string name = TfEnum::GetName(code);
     TfDiagnosticMgr::GetInstance().PostStatus(code, name.c_str(), context, message, TfDiagnosticInfo(),
                                               false);
 }

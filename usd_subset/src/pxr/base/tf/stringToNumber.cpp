@@ -45,9 +45,6 @@ Integer ParseInteger(const std::string& text, bool* outOfRange)
     }
     const char* first = text.data();
     const char* end = first + text.size();
-    while (first != end && std::strchr(" \t\n\r\f\v", *first)) {
-        ++first;
-    }
     Integer number = 0;
     const bool negative = first != end && *first == '-';
     const auto result = std::from_chars(first, end, number);

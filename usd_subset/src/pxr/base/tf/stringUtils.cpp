@@ -78,12 +78,9 @@ std::string TfStringGetBeforeSuffix(const std::string& name, char delimiter)
 
 std::string TfGetBaseName(const std::string& path)
 {
-    if (path.empty()) {
-        return path;
-    }
     const size_t last = path.find_last_not_of('/');
     if (last == std::string::npos) {
-        return "/";
+        return std::string();
     }
     const size_t slash = path.rfind('/', last);
     const size_t first = slash == std::string::npos ? 0 : slash + 1;

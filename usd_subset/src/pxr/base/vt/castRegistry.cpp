@@ -1,7 +1,9 @@
 #include "pxr/base/vt/castRegistry.h"
 
 #include <pxr/base/tf/diagnostic.h>
+#include <pxr/base/tf/registryManager.h>
 
+#include <atomic>
 #include <mutex>
 
 PXR_NAMESPACE_OPEN_SCOPE
@@ -9,16 +11,20 @@ PXR_NAMESPACE_OPEN_SCOPE
 Vt_CastRegistry& Vt_CastRegistry::GetInstance()
 {
     static Vt_CastRegistry* const registry = new Vt_CastRegistry;
-    // The built-in casts register themselves through this very function, hence the two steps.
-    static std::once_flag once;
+    // Whatever registers casts comes back here, hence the guard.
     thread_local bool registering = false;
-    if (!registering) {
+    static std::atomic<bool> ready{false};
+    if (!registering && !ready.load(std::memory_order_acquire)) {
+        registering = true;
+        static std::once_flag once;
         std::call_once(once, [] {
-            registering = true;
             Vt_RegisterNumericCasts();
             Vt_RegisterGfCasts();
-            registering = false;
         });
+        // Outside of call_once: a registry function of another thread may be waiting for the casts above.
+        TfRegistryManager::GetInstance().SubscribeTo<VtValue>();
+        ready.store(true, std::memory_order_release);
+        registering = false;
     }
     return *registry;
 }

@@ -53,8 +53,8 @@ TF_REGISTRY_FUNCTION(TfEnum)
     TF_ADD_ENUM_NAME(SdfVariabilityVarying, "Varying");
     TF_ADD_ENUM_NAME(SdfVariabilityUniform, "Uniform");
 
-    TF_ADD_ENUM_NAME(SdfAuthoringErrorUnrecognizedFields, "Unrecognized Fields");
-    TF_ADD_ENUM_NAME(SdfAuthoringErrorUnrecognizedSpecType, "Unrecognized Spec Type");
+    TF_ADD_ENUM_NAME(SdfAuthoringErrorUnrecognizedFields);
+    TF_ADD_ENUM_NAME(SdfAuthoringErrorUnrecognizedSpecType);
 
     TF_ADD_ENUM_NAME(SdfLengthUnitMillimeter, "mm");
     TF_ADD_ENUM_NAME(SdfLengthUnitCentimeter, "cm");
@@ -69,6 +69,29 @@ TF_REGISTRY_FUNCTION(TfEnum)
     TF_ADD_ENUM_NAME(SdfAngularUnitRadians, "rad");
     TF_ADD_ENUM_NAME(SdfDimensionlessUnitPercent, "%");
     TF_ADD_ENUM_NAME(SdfDimensionlessUnitDefault, "default");
+}
+
+namespace {
+
+/// Lets values of an enumeration become TfEnum, and int in both directions.
+template <class Enum>
+void RegisterEnumCasts()
+{
+    VtValue::RegisterCast<Enum, TfEnum>(
+        [](VtValue const& value) { return VtValue(TfEnum(value.UncheckedGet<Enum>())); });
+    VtValue::RegisterSimpleBidirectionalCast<int, Enum>();
+}
+
+} // namespace
+
+TF_REGISTRY_FUNCTION(VtValue)
+{
+    RegisterEnumCasts<SdfPermission>();
+    RegisterEnumCasts<SdfSpecifier>();
+    RegisterEnumCasts<SdfVariability>();
+    RegisterEnumCasts<SdfLengthUnit>();
+    RegisterEnumCasts<SdfAngularUnit>();
+    RegisterEnumCasts<SdfDimensionlessUnit>();
 }
 
 bool SdfValueHasValidType(VtValue const& value)
