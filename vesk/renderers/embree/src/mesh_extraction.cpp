@@ -3,6 +3,7 @@
 #include "stage_reading.h"
 
 #include <pxr/base/vt/array.h>
+#include <pxr/base/vt/types.h>
 
 #include <numeric>
 #include <unordered_set>
