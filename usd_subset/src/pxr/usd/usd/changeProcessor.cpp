@@ -210,7 +210,12 @@ SdfPathVector Usd_ChangeProcessor::_GetAffectedPaths(const SdfLayerHandle& layer
         affected.insert(plain);
     }
     _stage.dependencies.FindAffected(get_pointer(layer), plain, withBelow, &affected);
-    return {affected.begin(), affected.end()};
+    // What instances share is told of their prototype.
+    std::set<SdfPath> composed;
+    for (const SdfPath& each : affected) {
+        composed.insert(_stage.GetPathInPrototype(each));
+    }
+    return {composed.begin(), composed.end()};
 }
 
 void Usd_ChangeProcessor::_Add(const SdfLayerHandle& layer, const SdfPath& path, const _Entry* entry,

@@ -183,6 +183,16 @@ UsdPrim UsdPrim::GetPrimInPrototype() const
     return IsInstanceProxy() ? UsdPrim(_Prim(), SdfPath()) : UsdPrim();
 }
 
-std::vector<UsdPrim> UsdPrim::GetInstances() const { return {}; }
+std::vector<UsdPrim> UsdPrim::GetInstances() const
+{
+    std::vector<UsdPrim> instances;
+    const Usd_StageImpl& stage = _Impl();
+    if (const Usd_Prototype* const prototype = stage.prototypes.FindByPath(GetPath())) {
+        for (const SdfPath& path : prototype->instances) {
+            instances.push_back(stage.GetPrimOrProxy(path));
+        }
+    }
+    return instances;
+}
 
 PXR_NAMESPACE_CLOSE_SCOPE

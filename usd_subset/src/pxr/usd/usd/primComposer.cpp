@@ -22,6 +22,7 @@ void Usd_PrimComposer::ComposeAll()
         root = _stage.prims.Add(_stage.stage, SdfPath::AbsoluteRootPath());
     }
     _ComposeSubtree(root);
+    _ComposePrototypes();
 }
 
 void Usd_PrimComposer::Recompose(const SdfPathVector& paths)
@@ -30,6 +31,12 @@ void Usd_PrimComposer::Recompose(const SdfPathVector& paths)
         ComposeAll();
         return;
     }
+    _RecomposeSubtrees(paths);
+    _ComposePrototypes();
+}
+
+void Usd_PrimComposer::_RecomposeSubtrees(const SdfPathVector& paths)
+{
     std::set<Usd_PrimDataPtr> parents;
     for (const SdfPath& path : paths) {
         const Usd_PrimDataPtr parent = _stage.prims.Find(path.GetParentPath());
@@ -67,16 +74,19 @@ void Usd_PrimComposer::RecomposeType(const SdfPath& path)
 
 void Usd_PrimComposer::_ComposeSubtree(Usd_PrimDataPtr top)
 {
-    _stage.dependencies.RemoveBelow(top->_path);
+    _stage.dependencies.RemoveBelow(top->_index ? top->_index->GetPath() : top->_path);
+    _stage.prototypes.UnregisterBelow(top->_path);
     std::vector<Usd_PrimDataPtr> todo{top};
     while (!todo.empty()) {
         const Usd_PrimDataPtr prim = todo.back();
         todo.pop_back();
         _ComposePrim(prim);
         _ComposeChildren(prim, nullptr);
+        const auto firstChild = static_cast<std::ptrdiff_t>(todo.size());
         for (Usd_PrimDataPtr child = prim->_firstChild; child; child = child->_nextSibling) {
             todo.push_back(child);
         }
+        std::reverse(todo.begin() + firstChild, todo.end()); // the first child is the next to be composed
     }
 }
 
@@ -86,6 +96,40 @@ void Usd_PrimComposer::_ComposePrim(Usd_PrimDataPtr prim)
                                  : _indexer.ComputePseudoRoot();
     _ComposeType(prim);
     _ComposeFlags(prim);
+    if (prim->IsInstance()) {
+        _stage.prototypes.Register(prim->_path, *prim->_index);
+    }
+}
+
+// Prototypes are composed after all that may use them; those inside of others come up on the way.
+void Usd_PrimComposer::_ComposePrototypes()
+{
+    while (const Usd_Prototype* const prototype = _stage.prototypes.TakeStale()) {
+        const Usd_PrimDataPtr source = _stage.prims.Find(prototype->source);
+        Usd_PrimDataPtr prim = _stage.prims.Find(prototype->path);
+        if (!prim) {
+            prim = _stage.prims.Add(_stage.stage, prototype->path);
+            prim->_parent = _stage.prims.GetPseudoRoot();
+        }
+        prim->_index = Usd_Prototypes::MakeSharedIndex(*source->_index);
+        Usd_PrimFlagBits flags;
+        for (const Usd_PrimFlags flag :
+             {Usd_PrimActiveFlag, Usd_PrimLoadedFlag, Usd_PrimModelFlag, Usd_PrimGroupFlag,
+              Usd_PrimDefinedFlag, Usd_PrimHasDefiningSpecifierFlag, Usd_PrimPrototypeFlag}) {
+            flags.set(flag);
+        }
+        prim->_flags = flags;
+        _ComposeChildren(prim, nullptr);
+        for (Usd_PrimDataPtr child = prim->_firstChild; child; child = child->_nextSibling) {
+            _ComposeSubtree(child);
+        }
+    }
+    for (const SdfPath& path : _stage.prototypes.TakeUnused()) {
+        if (const Usd_PrimDataPtr prim = _stage.prims.Find(path)) {
+            _stage.prototypes.UnregisterBelow(path);
+            _stage.prims.RemoveSubtree(prim);
+        }
+    }
 }
 
 void Usd_PrimComposer::_ComposeType(Usd_PrimDataPtr prim)
@@ -126,6 +170,7 @@ void Usd_PrimComposer::_ComposeFlags(Usd_PrimDataPtr prim)
     flags[Usd_PrimAbstractFlag] = parent->IsAbstract() || specifier == SdfSpecifierClass;
     flags[Usd_PrimHasDefiningSpecifierFlag] = SdfIsDefiningSpecifier(specifier);
     flags[Usd_PrimDefinedFlag] = SdfIsDefiningSpecifier(specifier) && parent->IsDefined();
+    flags[Usd_PrimInstanceFlag] = active && index.IsInstanceable();
     flags[Usd_PrimPrototypeFlag] = parent->IsInPrototype();
     prim->_flags = flags;
 }
@@ -137,7 +182,7 @@ void Usd_PrimComposer::_ComposeChildren(Usd_PrimDataPtr prim, std::vector<Usd_Pr
         before[child->GetName()] = child;
     }
     Usd_PrimDataPtr* link = &prim->_firstChild;
-    if (prim->IsActive()) {
+    if (prim->IsActive() && !prim->IsInstance()) {
         for (const TfToken& name : prim->_index->ComputeChildNames()) {
             const auto known = before.find(name);
             if (known != before.end()) {
@@ -155,7 +200,9 @@ void Usd_PrimComposer::_ComposeChildren(Usd_PrimDataPtr prim, std::vector<Usd_Pr
     }
     *link = nullptr;
     for (const auto& gone : before) {
-        _stage.dependencies.RemoveBelow(gone.second->_path);
+        _stage.dependencies.RemoveBelow(gone.second->_index ? gone.second->_index->GetPath()
+                                                            : gone.second->_path);
+        _stage.prototypes.UnregisterBelow(gone.second->_path);
         _stage.prims.RemoveSubtree(gone.second);
     }
 }

@@ -28,6 +28,8 @@ public:
     void RecomposeType(const SdfPath& path);
 
 private:
+    void _RecomposeSubtrees(const SdfPathVector& paths);
+    void _ComposePrototypes();
     void _ComposeSubtree(Usd_PrimDataPtr top);
     void _ComposePrim(Usd_PrimDataPtr prim);
     void _ComposeType(Usd_PrimDataPtr prim);

@@ -2,6 +2,7 @@
 
 #include "pxr/usd/usd/primFields.h"
 #include "pxr/usd/usd/primIndex.h"
+#include "pxr/usd/usd/stageImpl.h"
 
 #include <pxr/base/tf/stringUtils.h>
 #include <pxr/usd/kind/registry.h>
@@ -54,6 +55,9 @@ bool Usd_PrimData::IsSubComponent() const
     return KindRegistry::IsSubComponent(Usd_PrimFields::GetKind(GetPrimIndex()));
 }
 
-Usd_PrimDataConstPtr Usd_PrimData::GetPrototype() const { return nullptr; }
+Usd_PrimDataConstPtr Usd_PrimData::GetPrototype() const
+{
+    return IsInstance() ? Usd_StageImpl::Of(*_stage).FindPrototype(_path) : nullptr;
+}
 
 PXR_NAMESPACE_CLOSE_SCOPE

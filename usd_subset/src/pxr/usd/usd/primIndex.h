@@ -78,6 +78,7 @@ public:
 private:
     friend class Usd_PrimIndexer;
     friend class Usd_PrimIndexBuilder;
+    friend class Usd_Prototypes;
 
     SdfPath _path;
     std::vector<Usd_SpecSite> _sites;

@@ -110,7 +110,7 @@ void Usd_PrimIndexBuilder::_FollowAssetArc(int site, const Usd_AssetArc& arc, Us
         if (!target) {
             if (!why.empty()) {
                 _Warn(site,
-                      TfStringPrintf("The arc to @%s@ was left out: %s", arc.asset.c_str(), why.c_str()));
+                      TfStringPrintf("The arc to @%s@ was left out: %s.", arc.asset.c_str(), why.c_str()));
             }
             return;
         }
@@ -124,10 +124,20 @@ void Usd_PrimIndexBuilder::_FollowAssetArc(int site, const Usd_AssetArc& arc, Us
         return;
     }
     const int added = _AddArc(site, type, target, path, offset, arc.asset.empty());
-    if (added >= 0 && _graph[added].specs.empty()) {
+    if (added >= 0 && !_HasSpecsFrom(added)) {
         _Warn(site,
               TfStringPrintf("The arc to @%s@<%s> leads to no prim.", arc.asset.c_str(), path.GetText()));
     }
+}
+
+bool Usd_PrimIndexBuilder::_HasSpecsFrom(int first) const
+{
+    for (int i = first; i != _graph.GetSize(); ++i) {
+        if (!_graph[i].specs.empty()) {
+            return true;
+        }
+    }
+    return false;
 }
 
 SdfPath Usd_PrimIndexBuilder::_FindTargetPath(int site, const Usd_AssetArc& arc, const SdfLayer& root) const

@@ -33,6 +33,7 @@ private:
     void _FollowAll();
     void _FollowArcs(int site);
     void _FollowAssetArc(int site, const Usd_AssetArc& arc, Usd_ArcType type);
+    bool _HasSpecsFrom(int first) const;
     void _FollowClassArc(int site, const SdfPath& classPath, Usd_ArcType type);
     int _AddArc(int site, Usd_ArcType type, Usd_LayerStackPtr layerStack, const SdfPath& path,
                 const SdfLayerOffset& offset, bool keepsNames);

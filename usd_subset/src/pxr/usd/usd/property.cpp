@@ -7,6 +7,7 @@
 #include <pxr/usd/sdf/listOp.h>
 #include <pxr/usd/sdf/schema.h>
 
+#include <algorithm>
 #include <optional>
 
 PXR_NAMESPACE_OPEN_SCOPE
@@ -128,6 +129,13 @@ bool UsdProperty::_GetTargets(SdfSpecType specType, SdfPathVector* out) const
                     path.MakeAbsolutePath(opinion->anchor).StripAllVariantSelections());
                 return mapped.IsEmpty() ? std::nullopt : std::optional<SdfPath>(mapped);
             });
+    }
+    if (_Prim()->IsInPrototype()) {
+        const Usd_PathMapping toInstance = _Impl().GetInstanceMapping(GetPrim());
+        for (SdfPath& path : *out) {
+            path = toInstance.MapSourceToTarget(path);
+        }
+        out->erase(std::remove(out->begin(), out->end(), SdfPath()), out->end());
     }
     return !opinions.empty();
 }

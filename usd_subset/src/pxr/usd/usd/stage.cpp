@@ -102,7 +102,14 @@ UsdPrimRange UsdStage::Traverse(const Usd_PrimFlagsPredicate& predicate)
 
 UsdPrimRange UsdStage::TraverseAll() { return Traverse(UsdPrimAllPrimsPredicate); }
 
-std::vector<UsdPrim> UsdStage::GetPrototypes() const { return {}; }
+std::vector<UsdPrim> UsdStage::GetPrototypes() const
+{
+    std::vector<UsdPrim> prims;
+    for (const Usd_Prototype* prototype : _impl->prototypes.GetAll()) {
+        prims.push_back(Usd_ObjectAccess::MakePrim(_impl->prims.Find(prototype->path)));
+    }
+    return prims;
+}
 
 void UsdStage::SetInterpolationType(UsdInterpolationType interpolationType)
 {

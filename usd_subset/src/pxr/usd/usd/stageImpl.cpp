@@ -123,9 +123,55 @@ void Usd_StageImpl::WarnOnce(const std::string& text)
     }
 }
 
+Usd_PrimDataPtr Usd_StageImpl::FindPrototype(const SdfPath& instance) const
+{
+    const Usd_Prototype* const prototype = prototypes.FindForInstance(instance);
+    return prototype ? prims.Find(prototype->path) : nullptr;
+}
+
+SdfPath Usd_StageImpl::GetPathInPrototype(const SdfPath& path) const
+{
+    SdfPath mapped = path;
+    // Prototypes may hold instances: each round leads one prototype further in.
+    for (bool isMapped = true; isMapped;) {
+        isMapped = false;
+        for (SdfPath above = mapped.GetPrimPath().GetParentPath(); above.IsPrimPath() && !isMapped;
+             above = above.GetParentPath()) {
+            if (const Usd_Prototype* const prototype = prototypes.FindForInstance(above)) {
+                mapped = mapped.ReplacePrefix(above, prototype->path);
+                isMapped = true;
+            }
+        }
+    }
+    return mapped;
+}
+
 UsdPrim Usd_StageImpl::GetPrimOrProxy(const SdfPath& path) const
 {
-    return Usd_ObjectAccess::MakePrim(prims.Find(path));
+    if (const Usd_PrimDataPtr prim = prims.Find(path)) {
+        return Usd_ObjectAccess::MakePrim(prim);
+    }
+    const SdfPath inside = path.IsPrimPath() ? GetPathInPrototype(path) : SdfPath();
+    const Usd_PrimDataPtr prim = inside.IsEmpty() || inside == path ? nullptr : prims.Find(inside);
+    return prim ? Usd_ObjectAccess::MakePrim(prim, path) : UsdPrim();
+}
+
+Usd_PathMapping Usd_StageImpl::GetInstanceMapping(const UsdPrim& prim) const
+{
+    const SdfPath& inside = Usd_ObjectAccess::GetData(prim)->GetPath();
+    const SdfPath top = inside.GetPrefixes().front();
+    const Usd_Prototype* const prototype = prototypes.FindByPath(top);
+    std::vector<Usd_PathMapping::Pair> pairs{{SdfPath::AbsoluteRootPath(), SdfPath::AbsoluteRootPath()}};
+    if (prototype) {
+        // As many names as the prim's path has below the prototype's, the proxy's has below the instance's.
+        SdfPath seenFrom = prim.GetPath();
+        for (size_t i = inside.GetPathElementCount(); i > top.GetPathElementCount(); --i) {
+            seenFrom = seenFrom.GetParentPath();
+        }
+        const Usd_PrimData* const source = prims.Find(prototype->source);
+        pairs.emplace_back(source ? source->GetSourcePrimIndex().GetPath() : prototype->source, seenFrom);
+    }
+    return Usd_PathMapping(std::move(pairs), SdfLayerOffset());
 }
 
 UsdProperty Usd_ObjectAccess::MakeProperty(UsdObjType type, const UsdPrim& prim, const TfToken& name)

@@ -3,6 +3,7 @@
 #include "pxr/usd/usd/dependencies.h"
 #include "pxr/usd/usd/layerStack.h"
 #include "pxr/usd/usd/primTable.h"
+#include "pxr/usd/usd/prototypes.h"
 
 #include <pxr/base/tf/notice.h>
 #include <pxr/base/tf/weakBase.h>
@@ -50,6 +51,14 @@ public:
 
     /// Posts a warning about composition, each text once in the stage's life.
     void WarnOnce(const std::string& text);
+    /// The prototype prim of an instance; null for other prims.
+    Usd_PrimDataPtr FindPrototype(const SdfPath& instance) const;
+    /// Where targets lead that a prim in a prototype has: seen from the instance that it is looked at
+    /// through, or from the prototype itself.
+    Usd_PathMapping GetInstanceMapping(const UsdPrim& prim) const;
+    /// The path with what lies below an instance replaced by what lies in its prototype.
+    SdfPath GetPathInPrototype(const SdfPath& path) const;
+
     /// The prim at a path, or the proxy of a prim inside an instance; invalid when there is none.
     UsdPrim GetPrimOrProxy(const SdfPath& path) const;
 
@@ -58,6 +67,7 @@ public:
     const SdfLayerRefPtr sessionLayer;
     Usd_LayerStackPtr layerStack;
     Usd_PrimTable prims;
+    Usd_Prototypes prototypes;
     Usd_Dependencies dependencies;
     UsdEditTarget editTarget;
     UsdStageLoadRules loadRules;

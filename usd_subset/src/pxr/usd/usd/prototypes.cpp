@@ -1,0 +1,122 @@
+#include "pxr/usd/usd/prototypes.h"
+
+#include <pxr/base/tf/stringUtils.h>
+
+#include <algorithm>
+
+PXR_NAMESPACE_OPEN_SCOPE
+
+void Usd_Prototypes::Register(const SdfPath& instance, const Usd_PrimIndex& index)
+{
+    const std::string key = _MakeKey(*MakeSharedIndex(index));
+    std::unique_ptr<Usd_Prototype>& prototype = _prototypes[key];
+    if (!prototype) {
+        prototype = std::make_unique<Usd_Prototype>();
+        prototype->key = key;
+        prototype->path = SdfPath(TfStringPrintf("/__Prototype_%zu", ++_lastNumber));
+    }
+    if (prototype->source.IsEmpty()) {
+        prototype->source = instance;
+        prototype->isStale = true;
+    }
+    prototype->instances.insert(instance);
+    _byInstance[instance] = prototype.get();
+}
+
+void Usd_Prototypes::UnregisterBelow(const SdfPath& path)
+{
+    auto entry = _byInstance.lower_bound(path);
+    while (entry != _byInstance.end() && entry->first.HasPrefix(path)) {
+        Usd_Prototype& prototype = *entry->second;
+        prototype.instances.erase(entry->first);
+        if (prototype.source == entry->first) {
+            prototype.source = SdfPath();
+            prototype.isStale = true;
+        }
+        entry = _byInstance.erase(entry);
+    }
+}
+
+const Usd_Prototype* Usd_Prototypes::FindForInstance(const SdfPath& instance) const
+{
+    const auto found = _byInstance.find(instance);
+    return found == _byInstance.end() ? nullptr : found->second;
+}
+
+const Usd_Prototype* Usd_Prototypes::FindByPath(const SdfPath& path) const
+{
+    for (const auto& entry : _prototypes) {
+        if (entry.second->path == path) {
+            return entry.second.get();
+        }
+    }
+    return nullptr;
+}
+
+std::vector<const Usd_Prototype*> Usd_Prototypes::GetAll() const
+{
+    std::vector<const Usd_Prototype*> all;
+    for (const auto& entry : _prototypes) {
+        all.push_back(entry.second.get());
+    }
+    return all;
+}
+
+SdfPathVector Usd_Prototypes::TakeUnused()
+{
+    SdfPathVector paths;
+    for (auto entry = _prototypes.begin(); entry != _prototypes.end();) {
+        if (entry->second->instances.empty()) {
+            paths.push_back(entry->second->path);
+            entry = _prototypes.erase(entry);
+        } else {
+            ++entry;
+        }
+    }
+    return paths;
+}
+
+const Usd_Prototype* Usd_Prototypes::TakeStale()
+{
+    for (const auto& entry : _prototypes) {
+        Usd_Prototype& prototype = *entry.second;
+        if (prototype.isStale && !prototype.instances.empty()) {
+            prototype.isStale = false;
+            if (prototype.source.IsEmpty()) {
+                prototype.source = *prototype.instances.begin();
+            }
+            return &prototype;
+        }
+    }
+    return nullptr;
+}
+
+Usd_PrimIndexPtr Usd_Prototypes::MakeSharedIndex(const Usd_PrimIndex& index)
+{
+    const Usd_PrimIndexNodes& nodes = index.GetNodes();
+    std::vector<char> isShared(nodes.size(), 0);
+    for (size_t i = 1; i < nodes.size(); ++i) {
+        isShared[i] = index.IsDirect(nodes[i]) || isShared[static_cast<size_t>(nodes[i].parent)];
+    }
+    auto shared = std::make_shared<Usd_PrimIndex>(index);
+    auto& sites = shared->_sites;
+    sites.erase(std::remove_if(sites.begin(), sites.end(),
+                               [&isShared](const Usd_SpecSite& site) { return !isShared[site.node]; }),
+                sites.end());
+    return shared;
+}
+
+std::string Usd_Prototypes::_MakeKey(const Usd_PrimIndex& sharedIndex)
+{
+    std::string key;
+    for (const Usd_SpecSite& site : sharedIndex.GetSites()) {
+        const Usd_PrimIndexNode& node = sharedIndex.GetNode(site);
+        key += TfStringPrintf("%p %p %d %.17g %.17g ", static_cast<const void*>(node.layerStack.get()),
+                              static_cast<const void*>(site.layer), static_cast<int>(node.arc),
+                              site.offset.GetOffset(), site.offset.GetScale());
+        key += site.path.GetString() + "\n";
+    }
+    return key;
+}
+
+PXR_NAMESPACE_CLOSE_SCOPE
