@@ -27,7 +27,7 @@ Json sorted(const StageChangesEvent::PathSet& paths)
     return toJson(ordered);
 }
 
-Json toJson(const GlfSimpleLight& light)
+Json lightJson(const GlfSimpleLight& light)
 {
     return {{"position", toJson(light.GetPosition())},
             {"ambient", toJson(light.GetAmbient())},
@@ -39,7 +39,7 @@ Json toJson(const GlfSimpleLight& light)
             {"domeLightTextureFile", light.GetDomeLightTextureFile().GetAssetPath()}};
 }
 
-Json toJson(const GlfSimpleMaterial& material)
+Json materialJson(const GlfSimpleMaterial& material)
 {
     return {{"ambient", toJson(material.GetAmbient())},
             {"diffuse", toJson(material.GetDiffuse())},
@@ -101,10 +101,10 @@ Json toJson(const usd::hydra_renderer::LightingInfo& value)
 {
     Json lights = Json::array();
     for (const GlfSimpleLight& light : value.lights)
-        lights.push_back(toJson(light));
+        lights.push_back(lightJson(light));
     return {{"lights", std::move(lights)},
             {"domeLightVisible", value.domeLightVisible},
-            {"material", toJson(value.material)},
+            {"material", materialJson(value.material)},
             {"sceneAmbient", toJson(value.sceneAmbient)},
             {"sceneLightsEnabled", value.sceneLightsEnabled}};
 }
