@@ -22,6 +22,9 @@ bool SdfLayerStateDelegateBase::IsDirty() { return _IsDirty(); }
 void SdfLayerStateDelegateBase::SetField(const SdfPath& path, const TfToken& field, const VtValue& value,
                                          VtValue* oldValue)
 {
+    if (!_layer) {
+        return;
+    }
     _OnSetField(path, field, value);
     _layer->_PrimSetField(path, field, value, oldValue, false);
 }
@@ -29,6 +32,9 @@ void SdfLayerStateDelegateBase::SetField(const SdfPath& path, const TfToken& fie
 void SdfLayerStateDelegateBase::SetField(const SdfPath& path, const TfToken& field,
                                          const SdfAbstractDataConstValue& value, VtValue* oldValue)
 {
+    if (!_layer) {
+        return;
+    }
     _OnSetField(path, field, value);
     _layer->_PrimSetField(path, field, toValue(value), oldValue, false);
 }
@@ -36,6 +42,9 @@ void SdfLayerStateDelegateBase::SetField(const SdfPath& path, const TfToken& fie
 void SdfLayerStateDelegateBase::SetFieldDictValueByKey(const SdfPath& path, const TfToken& field,
                                                        const TfToken& keyPath, const VtValue& value, VtValue*)
 {
+    if (!_layer) {
+        return;
+    }
     _OnSetFieldDictValueByKey(path, field, keyPath, value);
     _layer->_PrimSetFieldDictValueByKey(path, field, keyPath, value, false);
 }
@@ -44,12 +53,18 @@ void SdfLayerStateDelegateBase::SetFieldDictValueByKey(const SdfPath& path, cons
                                                        const TfToken& keyPath,
                                                        const SdfAbstractDataConstValue& value, VtValue*)
 {
+    if (!_layer) {
+        return;
+    }
     _OnSetFieldDictValueByKey(path, field, keyPath, value);
     _layer->_PrimSetFieldDictValueByKey(path, field, keyPath, toValue(value), false);
 }
 
 void SdfLayerStateDelegateBase::SetTimeSample(const SdfPath& path, double time, const VtValue& value)
 {
+    if (!_layer) {
+        return;
+    }
     _OnSetTimeSample(path, time, value);
     _layer->_PrimSetTimeSample(path, time, value, false);
 }
@@ -57,24 +72,36 @@ void SdfLayerStateDelegateBase::SetTimeSample(const SdfPath& path, double time, 
 void SdfLayerStateDelegateBase::SetTimeSample(const SdfPath& path, double time,
                                               const SdfAbstractDataConstValue& value)
 {
+    if (!_layer) {
+        return;
+    }
     _OnSetTimeSample(path, time, value);
     _layer->_PrimSetTimeSample(path, time, toValue(value), false);
 }
 
 void SdfLayerStateDelegateBase::CreateSpec(const SdfPath& path, SdfSpecType specType, bool inert)
 {
+    if (!_layer) {
+        return;
+    }
     _OnCreateSpec(path, specType, inert);
     _layer->_PrimCreateSpec(path, specType, inert, false);
 }
 
 void SdfLayerStateDelegateBase::DeleteSpec(const SdfPath& path, bool inert)
 {
+    if (!_layer) {
+        return;
+    }
     _OnDeleteSpec(path, inert);
     _layer->_PrimDeleteSpec(path, inert, false);
 }
 
 void SdfLayerStateDelegateBase::MoveSpec(const SdfPath& oldPath, const SdfPath& newPath)
 {
+    if (!_layer) {
+        return;
+    }
     _OnMoveSpec(oldPath, newPath);
     _layer->_PrimMoveSpec(oldPath, newPath, false);
 }
@@ -82,6 +109,9 @@ void SdfLayerStateDelegateBase::MoveSpec(const SdfPath& oldPath, const SdfPath& 
 void SdfLayerStateDelegateBase::PushChild(const SdfPath& parentPath, const TfToken& field,
                                           const TfToken& value)
 {
+    if (!_layer) {
+        return;
+    }
     _OnPushChild(parentPath, field, value);
     _layer->_PrimPushChild(parentPath, field, value, false);
 }
@@ -89,6 +119,9 @@ void SdfLayerStateDelegateBase::PushChild(const SdfPath& parentPath, const TfTok
 void SdfLayerStateDelegateBase::PushChild(const SdfPath& parentPath, const TfToken& field,
                                           const SdfPath& value)
 {
+    if (!_layer) {
+        return;
+    }
     _OnPushChild(parentPath, field, value);
     _layer->_PrimPushChild(parentPath, field, value, false);
 }
@@ -96,6 +129,9 @@ void SdfLayerStateDelegateBase::PushChild(const SdfPath& parentPath, const TfTok
 void SdfLayerStateDelegateBase::PopChild(const SdfPath& parentPath, const TfToken& field,
                                          const TfToken& oldValue)
 {
+    if (!_layer) {
+        return;
+    }
     _OnPopChild(parentPath, field, oldValue);
     _layer->_PrimPopChild<TfToken>(parentPath, field, false);
 }
@@ -103,6 +139,9 @@ void SdfLayerStateDelegateBase::PopChild(const SdfPath& parentPath, const TfToke
 void SdfLayerStateDelegateBase::PopChild(const SdfPath& parentPath, const TfToken& field,
                                          const SdfPath& oldValue)
 {
+    if (!_layer) {
+        return;
+    }
     _OnPopChild(parentPath, field, oldValue);
     _layer->_PrimPopChild<SdfPath>(parentPath, field, false);
 }

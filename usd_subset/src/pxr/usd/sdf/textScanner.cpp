@@ -17,6 +17,14 @@ bool isWordStart(char c)
 }
 bool isWordPart(char c) { return isWordStart(c) || isDigit(c); }
 
+// The characters U+0000 to U+001F and U+007F to U+009F.
+bool isControl(std::string_view text)
+{
+    const unsigned char first = static_cast<unsigned char>(text[0]);
+    return first < 0x20 || first == 0x7F ||
+           (first == 0xC2 && text.size() > 1 && static_cast<unsigned char>(text[1]) < 0xA0);
+}
+
 int hexDigit(char c)
 {
     return isDigit(c)             ? c - '0'
@@ -320,6 +328,8 @@ std::string Sdf_TextScanner::Asset(const char* what)
             _pos = p;
             _newLine = false;
             return path;
+        } else if (isControl(_text.substr(p, 2))) {
+            Fail(p, "a control character in an asset path", "printable characters");
         } else {
             path += _text[p];
         }

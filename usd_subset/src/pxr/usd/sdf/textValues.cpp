@@ -126,15 +126,7 @@ void read(Sdf_TextScanner& scanner, TfToken* out)
 }
 void read(Sdf_TextScanner& scanner, SdfAssetPath* out)
 {
-    scanner.Peek();
-    const size_t offset = scanner.Offset();
-    const std::string path = scanner.Asset("an asset path such as @file.usda@");
-    for (char c : path) {
-        if (static_cast<unsigned char>(c) < 0x20 || c == 0x7F) {
-            scanner.Fail(offset, "a control character in an asset path", "printable characters");
-        }
-    }
-    *out = SdfAssetPath(path);
+    *out = SdfAssetPath(scanner.Asset("an asset path such as @file.usda@"));
 }
 void read(Sdf_TextScanner& scanner, SdfOpaqueValue*)
 {
