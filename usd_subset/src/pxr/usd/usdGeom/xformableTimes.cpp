@@ -66,8 +66,9 @@ bool UsdGeomXformable::GetTimeSamplesInInterval(const std::vector<UsdGeomXformOp
 }
 
 UsdGeomXformable::XformQuery::XformQuery(const UsdGeomXformable& xformable)
-    : _xformOps(xformable._GetOrderedXformOps(&_resetsXformStack, /*withQueries=*/true))
-{}
+{
+    _xformOps = xformable._GetOrderedXformOps(&_resetsXformStack, /*withQueries=*/true);
+}
 
 bool UsdGeomXformable::XformQuery::GetLocalTransformation(GfMatrix4d* transform, UsdTimeCode time) const
 {
