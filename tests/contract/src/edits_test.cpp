@@ -10,6 +10,8 @@ PXR_NAMESPACE_USING_DIRECTIVE
 namespace vesk::tests::contract {
 namespace {
 
+// A renderer learns of an edit by the event that follows the edit's task: when the document is idle it was
+// sent.
 template <class T>
 void setValue(ContractSession& session, const char* prim, const char* attribute, const T& value)
 {
@@ -22,6 +24,7 @@ void setValue(ContractSession& session, const char* prim, const char* attribute,
                        .Set(value);
                })
         .get();
+    session.document->waitUntilIdle();
 }
 
 constexpr const char* kTwoBalls = R"(#usda 1.0
@@ -71,6 +74,7 @@ TEST_P(EveryDrawingRenderer, ForgetsAPrimThatWasRemovedAndFindsItAgainAfterUndo)
         .get();
     EXPECT_FALSE(session.renderer->singlePointPicking(50, 100, 0).get().hit);
     session.document->undo().get();
+    session.document->waitUntilIdle();
     EXPECT_EQ(session.renderer->singlePointPicking(50, 100, 0).get().primPath, "/A");
 }
 

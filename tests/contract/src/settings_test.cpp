@@ -251,6 +251,7 @@ TEST_P(EveryDrawingRenderer, KeepsTheLastGoodCameraWhenItsPathNamesNoneAnyMore)
     followed.document
         ->edit("delete", [](const auto& context) { context.stage()->RemovePrim(SdfPath("/Cam")); })
         .get();
+    followed.document->waitUntilIdle();
     EXPECT_TRUE(followed.renderer->renderFrame({}).get().converged);
 }
 

@@ -77,7 +77,8 @@ public:
     HydraRenderer(const HydraRenderer&) = delete;
     HydraRenderer& operator=(const HydraRenderer&) = delete;
 
-    /// Ends every pending future with "broken promise" and returns without waiting for the document.
+    /// Ends every pending future with "broken promise". It waits for a callback of the host that runs on another
+    /// thread, and for nothing else.
     virtual ~HydraRenderer();
 
     /// Shows another document from now on; null shows nothing.
