@@ -366,7 +366,12 @@ private:
     static bool _ComputeOpening(const std::string& identifier, const FileFormatArguments& args,
                                 _Opening* info);
     static SdfLayerRefPtr _Open(const _Opening& info, bool metadataOnly, const std::string* anonymousTag);
-    enum _ReloadResult { _ReloadFailed, _ReloadSucceeded, _ReloadSkipped };
+    enum _ReloadResult
+    {
+        _ReloadFailed,
+        _ReloadSucceeded,
+        _ReloadSkipped
+    };
     _ReloadResult _Reload(bool force);
 
     bool _Write(const std::string& fileName, const std::string& comment, SdfFileFormatConstPtr fileFormat,

@@ -180,14 +180,17 @@ SdfLayerRefPtr SdfLayer::_CreateNew(SdfFileFormatConstPtr fileFormat, const std:
                       " cannot be written; write usda instead");
     }
     const SdfLayerRefPtr layer = TfCreateRefPtr(new SdfLayer(fileFormat, absolute, path, args));
-    if (Sdf_LayerRegistry::Get().InsertOrFind(layer)) {
-        TF_CODING_ERROR("A layer already exists with identifier '%s'", absolute.c_str());
-        return SdfLayerRefPtr();
-    }
-    if (save && !layer->Save(true)) {
+    // Nobody else may see the layer before it is whole, and no file is written over for a name that is taken.
+    const std::string fileKey = Sdf_LayerRegistry::FileKey(path, args);
+    const bool taken = static_cast<bool>(Sdf_LayerRegistry::Get().Find(absolute, fileKey));
+    if (!taken && save && !layer->Save(true)) {
         return SdfLayerRefPtr();
     }
     layer->_initialized = true;
+    if (taken || Sdf_LayerRegistry::Get().InsertOrFind(layer)) {
+        TF_CODING_ERROR("A layer already exists with identifier '%s'", absolute.c_str());
+        return SdfLayerRefPtr();
+    }
     return layer;
 }
 
