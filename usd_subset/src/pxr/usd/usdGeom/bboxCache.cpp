@@ -9,6 +9,7 @@
 #include <pxr/usd/usdGeom/boundable.h>
 #include <pxr/usd/usdGeom/modelAPI.h>
 
+#include <algorithm>
 #include <utility>
 
 PXR_NAMESPACE_OPEN_SCOPE
@@ -249,13 +250,30 @@ void UsdGeomBBoxCache::_AddExtent(const UsdPrim& prim, _Entry* entry)
     }
 }
 
+namespace {
+
+/// Whether an extent that has to be computed may differ from time to time. Instancers are taken to, whatever their
+/// own attributes are, since their prototypes may change.
+bool _ComputedExtentMightVary(const UsdPrim& prim)
+{
+    if (prim.IsA<UsdGeomPointInstancer>()) {
+        return true;
+    }
+    const std::vector<UsdAttribute> attributes = prim.GetAuthoredAttributes();
+    return std::any_of(attributes.begin(), attributes.end(),
+                       [](const UsdAttribute& attribute) { return attribute.ValueMightBeTimeVarying(); });
+}
+
+} // namespace
+
 void UsdGeomBBoxCache::_UpdateVariability(const UsdPrim& prim, _Entry* entry) const
 {
     const UsdGeomImageable imageable(prim);
     const UsdGeomXformable xformable(prim);
     const UsdGeomBoundable boundable(prim);
-    entry->isVarying = (xformable && xformable.TransformMightBeTimeVarying()) ||
-                       (boundable && _IsVarying(boundable.GetExtentAttr())) ||
+    const UsdAttribute extent = boundable ? boundable.GetExtentAttr() : UsdAttribute();
+    entry->isVarying = (xformable && xformable.TransformMightBeTimeVarying()) || _IsVarying(extent) ||
+                       (boundable && !extent.HasAuthoredValue() && _ComputedExtentMightVary(prim)) ||
                        (imageable && !_ignoreVisibility && _IsVarying(imageable.GetVisibilityAttr()));
 }
 
