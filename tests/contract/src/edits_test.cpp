@@ -72,6 +72,7 @@ TEST_P(EveryDrawingRenderer, ForgetsAPrimThatWasRemovedAndFindsItAgainAfterUndo)
     EXPECT_TRUE(session.renderer->singlePointPicking(50, 100, 0).get().hit);
     session.document->edit("remove", [](const auto& c) { return c.stage()->RemovePrim(SdfPath("/A")); })
         .get();
+    session.document->waitUntilIdle();
     EXPECT_FALSE(session.renderer->singlePointPicking(50, 100, 0).get().hit);
     session.document->undo().get();
     session.document->waitUntilIdle();
