@@ -98,7 +98,7 @@ INSTANTIATE_TEST_SUITE_P(
                       BadPath{"Property", "/World.visibility",
                               "'/World.visibility' is not a well-formed prim path"},
                       BadPath{"Unknown", "/World/Nothing", "has no prim '/World/Nothing'"}),
-    [](const auto& info) { return info.param.name; });
+    [](const auto& example) { return example.param.name; });
 
 } // namespace
 } // namespace vesk::cli::tests

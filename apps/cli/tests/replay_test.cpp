@@ -185,7 +185,7 @@ INSTANTIATE_TEST_SUITE_P(
                   "step 0: 'setZUp': argument 'zUp' must be true or false"},
         BadScript{"NoCameraField", R"([{"op": "adjustGfCamera", "camera": {"lens": 1}}])",
                   "step 0: 'adjustGfCamera': a camera has no field 'lens'"}),
-    [](const auto& info) { return info.param.name; });
+    [](const auto& example) { return example.param.name; });
 
 } // namespace
 } // namespace vesk::cli::tests

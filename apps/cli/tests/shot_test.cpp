@@ -151,7 +151,7 @@ INSTANTIATE_TEST_SUITE_P(
                     "'World Front' is not a well-formed prim path"},
         FailingShot{"MeshAsCamera", {"--camera", "/World/Sheet"}, 1, "'/World/Sheet' is not a camera"},
         FailingShot{"UnknownPath", {"--path", "/Nothing"}, 1, "has no prim '/Nothing'"}),
-    [](const auto& info) { return info.param.name; });
+    [](const auto& example) { return example.param.name; });
 
 TEST_F(Shot, IntoAMissingFolderIsExitOne)
 {

@@ -68,7 +68,7 @@ INSTANTIATE_TEST_SUITE_P(
         WrongUsage{"PictureFormat",
                    {"shot", "a.usda", "-o", "a.jpg"},
                    "vesk: 'a.jpg' must end in .png or .exr; see vesk shot --help"}),
-    [](const auto& info) { return info.param.name; });
+    [](const auto& example) { return example.param.name; });
 
 TEST(WrongCommandLine, NamesTheViewsForAnUnknownOne)
 {
