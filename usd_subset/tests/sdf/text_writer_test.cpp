@@ -139,6 +139,16 @@ TEST(TextWriter, WritesWhatItReads)
     EXPECT_EQ(Text(layer), kWritten);
 }
 
+TEST(TextWriter, KeepsSplinesAsTheyStand)
+{
+    const char* const text =
+        "#usda 1.0\n\ndef \"P\"\n{\n    double x.spline = {\n        bezier,\n        pre: held,\n"
+        "        1: 5; post curve (1, 2),\n        2: 6; { string a = \"}\" },\n    }\n}\n\n";
+    const SdfLayerRefPtr layer = SdfLayer::CreateAnonymous("a.usda");
+    ASSERT_TRUE(layer->ImportFromString(text));
+    EXPECT_EQ(Text(layer), text);
+}
+
 TEST(TextWriter, WritesAnEmptyLayer)
 {
     EXPECT_EQ(Text(SdfLayer::CreateAnonymous("a.usda")), "#usda 1.0\n\n");

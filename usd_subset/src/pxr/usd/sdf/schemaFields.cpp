@@ -101,6 +101,7 @@ void SdfSchemaBase::_RegisterPropertyFields()
     _Register(keys.DisplayGroup, VtValue(std::string()));
     _Register(keys.DisplayUnit, VtValue(TfToken()));
     _Register(keys.NoLoadHint, VtValue(false));
+    _Register(keys.Spline, VtValue());
     _Register(keys.TargetPaths, VtValue(SdfPathListOp()))._isReadOnly = true;
     _Register(keys.TimeSamples, VtValue(SdfTimeSampleMap()));
     _Register(keys.Variability, VtValue(SdfVariabilityVarying));
@@ -166,7 +167,7 @@ void SdfSchemaBase::_DefineSpecs()
         keys.Suffix,        keys.SymmetricPeer, keys.SymmetryArguments, keys.SymmetryFunction};
     _Define(SdfSpecTypeAttribute, {keys.Custom, keys.Variability, keys.TypeName},
             {keys.Comment, keys.Default, children.ConnectionChildren, keys.ConnectionPaths, keys.DisplayUnit,
-             keys.TimeSamples},
+             keys.Spline, keys.TimeSamples},
             shared);
     _Define(SdfSpecTypeAttribute, {}, {}, {keys.AllowedTokens, keys.ColorSpace});
     _Define(SdfSpecTypeRelationship, {keys.Custom, keys.Variability},

@@ -79,8 +79,12 @@ void Sdf_TextParser::_ParseAttribute(const SdfPath& owner, bool custom, SdfVaria
             _ParseConnection(path, op);
         } else if (!hasOp && _s.AcceptWord("timeSamples")) {
             _ParseTimeSamples(path, typeName);
+        } else if (!hasOp && _s.AcceptWord("spline")) {
+            // A spline is not evaluated; it is kept as text and written back.
+            _s.Expect('=', "behind spline");
+            _Set(path, SdfFieldKeys->Spline, SdfUnregisteredValue(std::string(_s.Block("in a spline"))));
         } else {
-            _s.Fail(hasOp ? "connect" : "timeSamples or connect");
+            _s.Fail(hasOp ? "connect" : "timeSamples, spline or connect");
         }
         return;
     }

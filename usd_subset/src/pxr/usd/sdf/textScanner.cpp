@@ -305,6 +305,28 @@ std::string Sdf_TextScanner::String(const char* what)
     return result;
 }
 
+std::string_view Sdf_TextScanner::Block(const char* where)
+{
+    Peek();
+    const size_t begin = _pos;
+    Expect('{', where);
+    for (size_t depth = 1; depth > 0;) {
+        if (AtEnd()) {
+            Fail(std::string("'}' ") + where);
+        } else if (AtString()) {
+            size_t quotes = 0;
+            const size_t end = _StringEnd(&quotes);
+            _pos = end + quotes;
+        } else {
+            depth += _text[_pos] == '{' ? 1 : 0;
+            depth -= _text[_pos] == '}' ? 1 : 0;
+            ++_pos;
+        }
+    }
+    _newLine = false;
+    return _text.substr(begin, _pos - begin);
+}
+
 bool Sdf_TextScanner::AtAsset() { return Peek() == '@'; }
 
 std::string Sdf_TextScanner::Asset(const char* what)

@@ -71,6 +71,9 @@ public:
     bool AtNumber();
     Sdf_TextNumber Number(const char* what);
 
+    /// Returns the text from `{` to the `}` that closes it, both included, as it stands.
+    std::string_view Block(const char* where);
+
     /// Reads `[`, items, `]`, with commas between the items and one allowed behind the last.
     template <class Item>
     void List(char open, char close, const char* where, const Item& item)

@@ -217,11 +217,15 @@ void Sdf_TextWriter::_WriteAttribute(const SdfPath& path, int indent)
     }
     const bool samples = _data.Has(path, SdfFieldKeys->TimeSamples);
     const bool connects = _data.Has(path, SdfFieldKeys->ConnectionPaths);
-    if (declares || (!samples && !connects)) {
+    const VtValue spline = _data.Get(path, SdfFieldKeys->Spline);
+    if (declares || (!samples && !connects && spline.IsEmpty())) {
         _WriteAttributeDeclaration(path, indent, type);
     }
     if (samples) {
         _WriteTimeSamples(path, indent, type);
+    }
+    if (!spline.IsEmpty()) {
+        _Line(indent, type + " " + path.GetName() + ".spline = " + Sdf_ValueToText(spline));
     }
     if (connects) {
         _WriteListOp(type + " ", path.GetName() + ".connect",
