@@ -252,8 +252,8 @@ void UsdGeomBBoxCache::_AddExtent(const UsdPrim& prim, _Entry* entry)
 
 namespace {
 
-/// Whether an extent that has to be computed may differ from time to time. Instancers are taken to, whatever their
-/// own attributes are, since their prototypes may change.
+/// Whether an extent that has to be computed may differ from time to time. Instancers are taken to, whatever
+/// their own attributes are, since their prototypes may change.
 bool _ComputedExtentMightVary(const UsdPrim& prim)
 {
     if (prim.IsA<UsdGeomPointInstancer>()) {
@@ -295,7 +295,9 @@ UsdGeomBBoxCache::_PurposeToBBoxMap UsdGeomBBoxCache::_Resolve(const UsdPrim& pr
         return found->second.bboxes;
     }
     // Depth first with a stack of its own, since a namespace may be deeper than the thread's stack.
-    const GfMatrix4d componentCtm = _ctmCache.GetLocalToWorldTransform(_FindComponent(prim));
+    // OpenUSD takes the enclosing component's transform at the default time, whatever time is asked for. The
+    // box is looser then, and looser alike.
+    const GfMatrix4d componentCtm = UsdGeomXformCache().GetLocalToWorldTransform(_FindComponent(prim));
     std::vector<_Frame> stack;
     _Open(context, componentCtm.GetInverse(), &stack);
     while (!stack.empty()) {
