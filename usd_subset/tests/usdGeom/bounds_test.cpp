@@ -119,7 +119,10 @@ TEST(BBoxCache, AnswersAtEachTimeLikeAFreshOne)
 {
     const auto stage = StageOf(R"(
         def Sphere "Grows" { double radius.timeSamples = { 1: 1, 11: 11 } }
-        def Cube "Blinks" { double size = 60; token visibility.timeSamples = { 1: "invisible", 6: "inherited" } }
+        def Cube "Blinks" {
+            double size = 60
+            token visibility.timeSamples = { 1: "invisible", 6: "inherited" }
+        }
         def Xform "Moves" {
             double3 xformOp:translate.timeSamples = { 1: (0, 0, 0), 11: (100, 0, 0) }
             uniform token[] xformOpOrder = ["xformOp:translate"]
