@@ -4,19 +4,34 @@
 
 namespace vesk::renderers::embree {
 
-void Geometry::addSmoothNormals()
+void Geometry::addSmoothNormals(float leastCosine)
 {
-    normals.interpolation = Interpolation::Vertex;
-    normals.values.assign(points.size(), Vec3());
-    for (const Triangle& t : triangles) {
-        const Vec3 a = points[t.point[0]];
-        const Vec3 n = cross(points[t.point[1]] - a, points[t.point[2]] - a);
-        for (const std::uint32_t p : t.point) {
-            normals.values[p] += n;
+    std::vector<Vec3> faceNormals;
+    std::size_t cornerCount = 0;
+    std::vector<std::vector<std::uint32_t>> facesAround(points.size());
+    for (std::size_t i = 0; i < triangles.size(); ++i) {
+        const std::uint32_t* p = triangles[i].point;
+        if (faces[i] >= faceNormals.size()) faceNormals.resize(faces[i] + std::size_t(1));
+        faceNormals[faces[i]] += cross(points[p[1]] - points[p[0]], points[p[2]] - points[p[0]]);
+        for (int k = 0; k < 3; ++k) {
+            cornerCount =
+                std::max<std::size_t>(cornerCount, corners[3 * i + static_cast<std::size_t>(k)] + 1);
+            std::vector<std::uint32_t>& around = facesAround[p[k]];
+            // The triangles of one face follow each other.
+            if (around.empty() || around.back() != faces[i]) around.push_back(faces[i]);
         }
     }
-    for (Vec3& n : normals.values) {
-        n = normalized(n);
+    normals.interpolation = Interpolation::FaceVarying;
+    normals.values.assign(cornerCount, Vec3());
+    for (std::size_t i = 0; i < triangles.size(); ++i) {
+        const Vec3 own = normalized(faceNormals[faces[i]]);
+        for (std::size_t k = 0; k < 3; ++k) {
+            Vec3 sum;
+            for (const std::uint32_t face : facesAround[triangles[i].point[k]]) {
+                if (dot(own, normalized(faceNormals[face])) >= leastCosine) sum += faceNormals[face];
+            }
+            normals.values[corners[3 * i + k]] = normalized(sum, own);
+        }
     }
 }
 

@@ -100,11 +100,14 @@ bool isSubdivided(const UsdPrim& prim, UsdTimeCode time)
     return scheme == "catmullClark" || scheme == "loop";
 }
 
+// Faces of a cage that meet more sharply than 60 degrees stand for a form with edges, such as a box.
+constexpr float kSmoothCosine = 0.5f;
+
 // Subdivided surfaces have the normals of their shape, whatever is authored.
 void readNormals(const UsdPrim& prim, UsdTimeCode time, const Topology& t, Geometry& g)
 {
     if (isSubdivided(prim, time)) {
-        g.addSmoothNormals();
+        g.addSmoothNormals(kSmoothCosine);
         return;
     }
     for (const char* name : {"primvars:normals", "normals"}) {

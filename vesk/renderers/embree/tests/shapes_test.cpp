@@ -2,7 +2,6 @@
 
 #include <gtest/gtest.h>
 
-
 namespace vesk::renderers::embree {
 namespace {
 
@@ -102,17 +101,36 @@ TEST(Shapes, MarkTheEdgesOfFacesAndNotTheirDiagonals)
     }
 }
 
-TEST(Geometry, AveragesSmoothNormalsByTheAreaOfTheFaces)
+/// Two triangles that share an edge along x: one lies in the ground (area 2), the other stands up (area 1).
+Geometry makeFold()
 {
-    // Two triangles share an edge along x; one lies in the ground (area 2), the other stands up (area 1).
     Geometry g;
     g.points = {{0, 0, 0}, {2, 0, 0}, {0, 2, 0}, {0, 0, 1}};
     g.triangles = {{{0, 1, 2}}, {{0, 1, 3}}};
-    g.addSmoothNormals();
+    g.faces = {0, 1};
+    g.corners = {0, 1, 2, 3, 4, 5};
+    return g;
+}
+
+TEST(Geometry, AveragesSmoothNormalsByTheAreaOfTheFaces)
+{
+    Geometry g = makeFold();
+    g.addSmoothNormals(-1.0f);
     const Vec3 expected = normalized(Vec3(0.0f, -2.0f, 4.0f)); // cross products, twice the areas
-    EXPECT_NEAR(g.normals.values[0].y, expected.y, 1e-6f);
-    EXPECT_NEAR(g.normals.values[0].z, expected.z, 1e-6f);
+    ASSERT_EQ(g.normals.values.size(), 6u);
+    for (const std::size_t corner : {0u, 1u, 3u, 4u}) {
+        EXPECT_NEAR(g.normals.values[corner].y, expected.y, 1e-6f);
+        EXPECT_NEAR(g.normals.values[corner].z, expected.z, 1e-6f);
+    }
     EXPECT_NEAR(g.normals.values[2].z, 1.0f, 1e-6f);
+}
+
+TEST(Geometry, KeepsFacesApartThatMeetTooSharply)
+{
+    Geometry g = makeFold(); // they meet at 90 degrees
+    g.addSmoothNormals(0.5f);
+    EXPECT_NEAR(g.normals.values[0].z, 1.0f, 1e-6f);
+    EXPECT_NEAR(g.normals.values[3].y, -1.0f, 1e-6f);
 }
 
 } // namespace
