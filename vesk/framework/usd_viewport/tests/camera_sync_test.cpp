@@ -290,6 +290,34 @@ TEST_F(CameraSyncTest, ADroppedWriteOfAnInteractionStaysPendingForEver)
     EXPECT_TRUE(watched.takeTasks().empty());
 }
 
+TEST_F(CameraSyncTest, AWriteForADocumentThatIsGoneStaysPendingForEver)
+{
+    follow("/Cam");
+    model->beginCameraInteraction();
+    destroyDocument();
+    set(9);
+    model->endCameraInteraction();
+    WatchedDocument other(timeline, kScene, "B");
+    model->setDocument(other.document);
+    renderer->documents.clear();
+    set(10);
+    EXPECT_EQ(labelsOf(other.takeTasks()), std::vector<std::string>{"computeBBox"});
+    model.reset();
+}
+
+TEST_F(CameraSyncTest, OutsideAnInteractionADeadDocumentLeavesNothingPending)
+{
+    follow("/Cam");
+    destroyDocument();
+    set(9);
+    WatchedDocument other(timeline, kScene, "B");
+    model->setDocument(other.document);
+    renderer->documents.clear();
+    set(10);
+    EXPECT_EQ(labelsOf(other.takeTasks()), (std::vector<std::string>{"computeBBox", "label"}));
+    model.reset();
+}
+
 TEST_F(CameraSyncTest, ADocumentThatIsGoneSwallowsTheWrite)
 {
     follow("/Cam");

@@ -119,6 +119,14 @@ TEST_F(DocumentTasksTest, TheThrownErrorIsAStandardSystemError)
     log.takeTexts();
 }
 
+TEST_F(DocumentTasksTest, ADebugMessageIsNotSeenAtLevelInfo)
+{
+    destroyDocument();
+    spdlog::default_logger()->set_level(spdlog::level::info);
+    expectError(ErrEnum::InvalidDocument, [this] { model->setActiveCameraPath("/Cam"); });
+    EXPECT_TRUE(log.takeTexts().empty());
+}
+
 TEST_F(DocumentTasksTest, EveryMessageHasALineOfItsOwn)
 {
     destroyDocument();
