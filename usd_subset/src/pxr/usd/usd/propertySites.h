@@ -45,7 +45,7 @@ private:
     const Usd_PrimIndex& _index;
     std::vector<Usd_SpecSite>::const_iterator _site;
     std::vector<Usd_SpecSite>::const_iterator _end;
-    const TfToken& _name;
+    const TfToken _name; // by value: callers pass temporaries
     SdfPath _path;
 };
 
