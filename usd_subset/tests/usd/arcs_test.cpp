@@ -201,6 +201,25 @@ TEST(References, CarryChangesOfTheAssetToEachPrimThatRefersToIt)
     EXPECT_TRUE(prim(scene.stage, "/B/New").IsDefined());
 }
 
+TEST(References, ThatMultiplyEndWithOneWarning)
+{
+    // Each level refers to both prims of the next: 2^20 ways to the end.
+    std::string text;
+    for (int i = 0; i != 20; ++i) {
+        const std::string next = std::to_string(i + 1);
+        for (const char* name : {"a", "b"}) {
+            text += "def \"" + (name + std::to_string(i)) + "\" ( references = [</a" + next + ">, </b" +
+                    next + ">] ) {}\n";
+        }
+    }
+    Warnings warnings;
+    const UsdStageRefPtr scene = stage(text + "def \"a20\" { double a = 1 }\n def \"b20\" {}");
+    EXPECT_EQ(valueOf<double>(attribute(scene, "/a15.a")), 1); // 2^5 ways
+    EXPECT_THAT(warnings.texts,
+                ElementsAre("The arcs of prim </a0> lead to more than 1000 places; the rest was left "
+                            "out, here and on other prims that do so."));
+}
+
 TEST(Payloads, AreLoadedAndUnloaded)
 {
     const UsdStageRefPtr scene =

@@ -127,6 +127,9 @@ TEST(Prims, ThrowWhenTheyAreUsedAfterTheyExpired)
     scene->RemovePrim(SdfPath("/A"));
     EXPECT_THROW(a.IsActive(), UsdExpiredPrimAccessError);
     EXPECT_THROW(UsdPrim().IsActive(), UsdExpiredPrimAccessError);
+    double value = 0;
+    EXPECT_THROW(UsdAttribute().Get(&value), UsdExpiredPrimAccessError);
+    EXPECT_TRUE(UsdPrim().GetChildren().empty());
 }
 
 TEST(Prims, StayTheSameWhenTheyAreComposedAnew)

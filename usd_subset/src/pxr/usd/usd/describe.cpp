@@ -36,7 +36,7 @@ std::string describePrim(const Usd_PrimData* prim, const SdfPath& proxyPath)
 std::string UsdDescribe(const UsdObject& object)
 {
     const std::string prim =
-        describePrim(Usd_ObjectAccess::GetData(object), Usd_ObjectAccess::GetProxyPath(object));
+        describePrim(Usd_ObjectAccess::GetDataOrNull(object), Usd_ObjectAccess::GetProxyPath(object));
     if (object.Is<UsdPrim>()) {
         return prim;
     }

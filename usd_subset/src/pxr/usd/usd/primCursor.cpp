@@ -6,6 +6,9 @@ PXR_NAMESPACE_OPEN_SCOPE
 
 bool Usd_PrimCursor::MoveToChild(const Usd_PrimFlagsPredicate& predicate)
 {
+    if (!_prim) {
+        return false;
+    }
     const bool isInstance = _prim->IsInstance();
     const Usd_PrimDataConstPtr source = isInstance ? _prim->GetPrototype() : _prim;
     const Usd_PrimDataConstPtr child = source ? source->GetFirstChild() : nullptr;
@@ -27,7 +30,8 @@ bool Usd_PrimCursor::MoveToChild(const Usd_PrimFlagsPredicate& predicate)
 bool Usd_PrimCursor::MoveToNextSibling(const Usd_PrimFlagsPredicate& predicate)
 {
     const bool isProxy = !_proxyPath.IsEmpty();
-    for (Usd_PrimDataConstPtr next = _prim->GetNextSibling(); next; next = next->GetNextSibling()) {
+    for (Usd_PrimDataConstPtr next = _prim ? _prim->GetNextSibling() : nullptr; next;
+         next = next->GetNextSibling()) {
         if (predicate._Eval(next->GetFlags(), isProxy)) {
             if (isProxy) {
                 _proxyPath = _proxyPath.ReplaceName(next->GetName());
@@ -52,7 +56,8 @@ void Usd_PrimCursor::MoveToParent()
         return;
     }
     const UsdPrim instance = Usd_StageImpl::Of(*parent->GetStage()).GetPrimOrProxy(_proxyPath);
-    *this = Usd_PrimCursor(Usd_ObjectAccess::GetData(instance), Usd_ObjectAccess::GetProxyPath(instance));
+    *this =
+        Usd_PrimCursor(Usd_ObjectAccess::GetDataOrNull(instance), Usd_ObjectAccess::GetProxyPath(instance));
 }
 
 PXR_NAMESPACE_CLOSE_SCOPE

@@ -7,6 +7,7 @@ PXR_NAMESPACE_OPEN_SCOPE
 int Usd_PrimGraph::Add(Usd_GraphNode node)
 {
     const int index = GetSize();
+    node.plainPath = node.path.StripAllVariantSelections();
     if (node.node.parent >= 0) {
         const Usd_GraphNode& parent = (*this)[node.node.parent];
         node.node.toStage = parent.node.toStage.Compose(node.node.toParent);
@@ -26,7 +27,7 @@ bool Usd_PrimGraph::HasSite(const Usd_LayerStackPtr& layerStack, const SdfPath& 
 bool Usd_PrimGraph::MakesCycle(int node, const Usd_LayerStackPtr& layerStack, const SdfPath& path) const
 {
     for (int i = node; i >= 0; i = (*this)[i].node.parent) {
-        const SdfPath above = (*this)[i].path.StripAllVariantSelections();
+        const SdfPath& above = (*this)[i].plainPath;
         if ((*this)[i].node.layerStack == layerStack && (above.HasPrefix(path) || path.HasPrefix(above))) {
             return true;
         }

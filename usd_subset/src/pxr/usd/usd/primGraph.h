@@ -14,6 +14,7 @@ struct Usd_GraphNode
 {
     Usd_PrimIndexNode node;
     SdfPath path;                                    ///< of the site; variant selections included
+    SdfPath plainPath;                               ///< the same without variant selections
     std::vector<const Usd_LayerStack::Entry*> specs; ///< the layers that have a spec there, strongest first
     std::vector<std::string> variantSets;            ///< whose selection is still open, strongest first
     std::vector<int> children;

@@ -13,7 +13,7 @@ PXR_NAMESPACE_OPEN_SCOPE
 namespace {
 
 // A prim has a handful of sites; arcs that multiply each other end here.
-constexpr int kMaxNodes = 4096;
+constexpr int kMaxNodes = 1000;
 
 } // namespace
 
@@ -182,11 +182,11 @@ int Usd_PrimIndexBuilder::_AddArc(int site, Usd_ArcType type, Usd_LayerStackPtr 
         return -1;
     }
     if (_graph.GetSize() >= kMaxNodes) {
-        if (!_isTooLarge) {
-            _Warn(site, TfStringPrintf("The prim's arcs lead to more than %d places; the rest was left out.",
-                                       kMaxNodes));
-        }
-        _isTooLarge = true;
+        // One such prim is mostly followed by many, for the same reason.
+        _indexer.WarnOnceOf("nodes",
+                            TfStringPrintf("The arcs of prim <%s> lead to more than %d places; the rest was "
+                                           "left out, here and on other prims that do so.",
+                                           _path.GetText(), kMaxNodes));
         return -1;
     }
     const Usd_PrimIndexPtr above = _indexer.FindIndex(layerStack, path.GetParentPath());
@@ -197,7 +197,7 @@ int Usd_PrimIndexBuilder::_AddArc(int site, Usd_ArcType type, Usd_LayerStackPtr 
                              path.GetText()));
         return -1;
     }
-    std::vector<Usd_PathMapping::Pair> pairs{{path, _graph[site].path.StripAllVariantSelections()}};
+    std::vector<Usd_PathMapping::Pair> pairs{{path, _graph[site].plainPath}};
     if (keepsNames) {
         pairs.emplace_back(SdfPath::AbsoluteRootPath(), SdfPath::AbsoluteRootPath());
     }
@@ -210,8 +210,7 @@ int Usd_PrimIndexBuilder::_AddArc(int site, Usd_ArcType type, Usd_LayerStackPtr 
     const int end = _graph.GetSize();
     for (int i = added; i != end; ++i) {
         if (i != added && !_graph[i].specs.empty()) {
-            _indexer.AddDependency(_path, _graph[i].node.layerStack,
-                                   _graph[i].path.StripAllVariantSelections());
+            _indexer.AddDependency(_path, _graph[i].node.layerStack, _graph[i].plainPath);
         }
         if (Usd_IsClassArc(_graph[i].node.arc)) {
             _AddImpliedClasses(i);

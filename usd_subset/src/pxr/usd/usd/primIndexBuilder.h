@@ -51,7 +51,6 @@ private:
     Usd_PrimGraph _graph;
     std::deque<int> _open; // sites whose arcs are to be followed
     bool _hasPayloads = false;
-    bool _isTooLarge = false;
 };
 
 PXR_NAMESPACE_CLOSE_SCOPE

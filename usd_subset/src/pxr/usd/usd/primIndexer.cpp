@@ -82,6 +82,9 @@ void Usd_PrimIndexer::AddDependency(const SdfPath& prim, const Usd_LayerStackPtr
     }
 }
 
-void Usd_PrimIndexer::Warn(const std::string& text) { _stage.WarnOnce(text); }
+void Usd_PrimIndexer::WarnOnceOf(const std::string& kind, const std::string& text)
+{
+    _stage.WarnOnceOf(kind, text);
+}
 
 PXR_NAMESPACE_CLOSE_SCOPE

@@ -31,7 +31,9 @@ public:
     Usd_PrimIndexPtr FindIndex(const Usd_LayerStackPtr& layerStack, const SdfPath& path);
     /// Remembers that what is written at a site concerns a prim of the stage.
     void AddDependency(const SdfPath& prim, const Usd_LayerStackPtr& layerStack, const SdfPath& site);
-    void Warn(const std::string& text);
+    void Warn(const std::string& text) { WarnOnceOf(text, text); }
+    /// Posts only the first warning of a kind.
+    void WarnOnceOf(const std::string& kind, const std::string& text);
 
 private:
     using _Site = std::pair<const Usd_LayerStack*, SdfPath>;

@@ -116,9 +116,9 @@ std::string Usd_StageImpl::GetCanonicalIdentifier(const std::string& identifier)
                : SdfComputeAssetPathRelativeToLayer(SdfLayerHandle(rootLayer), identifier);
 }
 
-void Usd_StageImpl::WarnOnce(const std::string& text)
+void Usd_StageImpl::WarnOnceOf(const std::string& kind, const std::string& text)
 {
-    if (_warnings.insert(text).second) {
+    if (_warnings.insert(kind).second) {
         TF_WARN("%s", text.c_str());
     }
 }

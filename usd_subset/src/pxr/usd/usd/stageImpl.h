@@ -50,7 +50,9 @@ public:
     std::string GetCanonicalIdentifier(const std::string& identifier) const;
 
     /// Posts a warning about composition, each text once in the stage's life.
-    void WarnOnce(const std::string& text);
+    void WarnOnce(const std::string& text) { WarnOnceOf(text, text); }
+    /// Posts only the first warning of a kind.
+    void WarnOnceOf(const std::string& kind, const std::string& text);
     /// The prototype prim of an instance; null for other prims.
     Usd_PrimDataPtr FindPrototype(const SdfPath& instance) const;
     /// Where targets lead that a prim in a prototype has: seen from the instance that it is looked at
@@ -78,7 +80,7 @@ private:
     void _OnLayersChanged(const SdfNotice::LayersDidChangeSentPerLayer& notice);
 
     std::map<SdfLayerRefPtr, TfNotice::Key> _followed;
-    std::set<std::string> _warnings;
+    std::set<std::string> _warnings;                       // their kinds
     std::map<std::string, Usd_LayerStackPtr> _assetStacks; // by the root layer's identifier
     size_t _lastSerialNumber = 0;
 };
@@ -100,7 +102,10 @@ public:
     }
     static UsdProperty MakeProperty(UsdObjType type, const UsdPrim& prim, const TfToken& name);
     static const SdfPath& GetProxyPath(const UsdObject& object) { return object._proxyPrimPath; }
-    static Usd_PrimDataConstPtr GetData(const UsdObject& object) { return get_pointer(object._prim); }
+    /// Throws: UsdExpiredPrimAccessError when the object's prim is not there.
+    static Usd_PrimDataConstPtr GetData(const UsdObject& object) { return object._prim.operator->(); }
+    /// The same for prims that may have gone; null for those that never were.
+    static Usd_PrimDataConstPtr GetDataOrNull(const UsdObject& object) { return get_pointer(object._prim); }
     static UsdObjType GetType(const UsdObject& object) { return object._type; }
     static const TfToken& GetPropertyName(const UsdObject& object) { return object._propName; }
     static Usd_StageImpl& GetImpl(const UsdObject& object) { return object._Impl(); }
