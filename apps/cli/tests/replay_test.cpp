@@ -22,7 +22,8 @@ protected:
         EXPECT_EQ(result.exitCode, 0) << result.err;
         std::vector<Json> lines;
         std::istringstream text(result.out);
-        for (std::string line; std::getline(text, line);) lines.push_back(Json::parse(line));
+        for (std::string line; std::getline(text, line);)
+            lines.push_back(Json::parse(line));
         return lines;
     }
 
@@ -48,7 +49,8 @@ TEST_F(Replay, PrintsALineAStepWithItsKeysInOrder)
     const auto lines = replay(R"([{"op": "zUp"}])");
     ASSERT_EQ(lines.size(), 2u);
     std::string keys;
-    for (const auto& item : lines[0].items()) keys += item.key() + " ";
+    for (const auto& item : lines[0].items())
+        keys += item.key() + " ";
     EXPECT_EQ(keys, "step op result camera distanceToCenter activeCameraPath zUp calls events tasks log ");
     EXPECT_EQ(lines[0]["result"], false);
 }
@@ -93,9 +95,10 @@ TEST_F(Replay, ShowsAFailedTaskWithItsCode)
                                    "updateDistanceToCenter": false, "label": ""}, {"op": "runTasks"}])");
     EXPECT_EQ(lines[1]["completed"][0]["error"].dump(),
               R"({"category":"ErrEnum","code":3,"message":"Invalid camera"})");
-    EXPECT_EQ(lines[1]["log"].dump(),
-              R"([{"level":"error","text":"Camera path /World/Box for copying to viewport camera is not a valid )"
-              R"(UsdGeomCamera"}])");
+    EXPECT_EQ(
+        lines[1]["log"].dump(),
+        R"([{"level":"error","text":"Camera path /World/Box for copying to viewport camera is not a valid )"
+        R"(UsdGeomCamera"}])");
 }
 
 TEST_F(Replay, ShowsWarningsOfTheModel)
@@ -136,7 +139,8 @@ TEST_F(Replay, EditsTheStageAndTakesItBack)
 
 TEST_F(Replay, WritesFollowedCamerasOnceForADrag)
 {
-    const auto lines = replay(R"([{"op": "setActiveCameraPath", "cameraPath": "/World/Front"}, {"op": "runTasks"},
+    const auto lines =
+        replay(R"([{"op": "setActiveCameraPath", "cameraPath": "/World/Front"}, {"op": "runTasks"},
                                   {"op": "beginCameraInteraction"},
                                   {"op": "panCamera", "dx": 10, "dy": 0, "undoLabel": "drag"},
                                   {"op": "panCamera", "dx": 10, "dy": 0, "undoLabel": "later"},
@@ -149,7 +153,8 @@ TEST_F(Replay, WritesFollowedCamerasOnceForADrag)
 
 TEST_F(Replay, PrintsRackFocusOfAGivenCamera)
 {
-    const auto lines = replay(R"([{"op": "setRackFocus", "camera": {"focusDistance": 0}, "focalLength": 35}])");
+    const auto lines =
+        replay(R"([{"op": "setRackFocus", "camera": {"focusDistance": 0}, "focalLength": 35}])");
     EXPECT_EQ(lines[0]["result"]["focusDistance"], 0.0);
     EXPECT_EQ(lines[0]["result"]["transform"][3].dump(), "[0.0,0.0,0.0,1.0]");
 }
@@ -162,8 +167,7 @@ struct BadScript
 };
 
 class BadReplay : public Replay, public ::testing::WithParamInterface<BadScript>
-{
-};
+{};
 
 TEST_P(BadReplay, IsExitTwoBeforeAnythingRuns)
 {
@@ -175,16 +179,18 @@ TEST_P(BadReplay, IsExitTwoBeforeAnythingRuns)
 
 INSTANTIATE_TEST_SUITE_P(
     Cases, BadReplay,
-    ::testing::Values(
-        BadScript{"NotJson", "[", "is not JSON: "}, BadScript{"NoArray", "{}", "must be an array of steps"},
-        BadScript{"UnknownOperation", R"([{"op": "zUp"}, {"op": "fly"}])", "step 1: there is no operation 'fly'"},
-        BadScript{"UnknownArgument", R"([{"op": "zUp", "speed": 1}])", "step 0: 'zUp' has no argument 'speed'"},
-        BadScript{"MissingArgument", R"([{"op": "orbitCamera", "dx": 1}])",
-                  "step 0: 'orbitCamera': argument 'dy' is missing"},
-        BadScript{"WrongType", R"([{"op": "setZUp", "zUp": 1}])",
-                  "step 0: 'setZUp': argument 'zUp' must be true or false"},
-        BadScript{"NoCameraField", R"([{"op": "adjustGfCamera", "camera": {"lens": 1}}])",
-                  "step 0: 'adjustGfCamera': a camera has no field 'lens'"}),
+    ::testing::Values(BadScript{"NotJson", "[", "is not JSON: "},
+                      BadScript{"NoArray", "{}", "must be an array of steps"},
+                      BadScript{"UnknownOperation", R"([{"op": "zUp"}, {"op": "fly"}])",
+                                "step 1: there is no operation 'fly'"},
+                      BadScript{"UnknownArgument", R"([{"op": "zUp", "speed": 1}])",
+                                "step 0: 'zUp' has no argument 'speed'"},
+                      BadScript{"MissingArgument", R"([{"op": "orbitCamera", "dx": 1}])",
+                                "step 0: 'orbitCamera': argument 'dy' is missing"},
+                      BadScript{"WrongType", R"([{"op": "setZUp", "zUp": 1}])",
+                                "step 0: 'setZUp': argument 'zUp' must be true or false"},
+                      BadScript{"NoCameraField", R"([{"op": "adjustGfCamera", "camera": {"lens": 1}}])",
+                                "step 0: 'adjustGfCamera': a camera has no field 'lens'"}),
     [](const auto& example) { return example.param.name; });
 
 } // namespace

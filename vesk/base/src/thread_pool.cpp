@@ -148,7 +148,8 @@ struct DefaultPool
         for (std::size_t i = 0; i < lanes.size(); ++i)
             lanes[i] = ExecutorPtr(std::shared_ptr<void>(), pool.executor(static_cast<Priority>(i)).get());
         // Nobody will join them.
-        for (std::thread& thread : pool.m_threads) thread.detach();
+        for (std::thread& thread : pool.m_threads)
+            thread.detach();
     }
 
     static DefaultPool& get()

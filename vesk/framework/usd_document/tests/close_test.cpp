@@ -168,7 +168,8 @@ TEST(Destruction, ByAListenerOfItsOwnEventIsSafe)
         shared->document.reset();
         shared->destroyed.open();
     });
-    shared->document->edit("change", [](const Context& context) { context.stage()->DefinePrim(SdfPath("/A")); });
+    shared->document->edit("change",
+                           [](const Context& context) { context.stage()->DefinePrim(SdfPath("/A")); });
     shared->posted.open();
     shared->destroyed.wait();
 }

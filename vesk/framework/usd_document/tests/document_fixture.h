@@ -39,10 +39,7 @@ class DocumentTest : public ::testing::Test
 protected:
     DocumentTest() { use(UsdStage::CreateInMemory()); }
 
-    ~DocumentTest() override
-    {
-        EXPECT_EQ(document->pendingTaskCount(), 0u);
-    }
+    ~DocumentTest() override { EXPECT_EQ(document->pendingTaskCount(), 0u); }
 
     void use(const UsdStageRefPtr& newStage, DocumentOptions options = {})
     {
