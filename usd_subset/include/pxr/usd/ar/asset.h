@@ -14,10 +14,10 @@
 PXR_NAMESPACE_OPEN_SCOPE
 
 /// Read access to an asset. Thread: any.
-class ArAsset
+class AR_API ArAsset
 {
 public:
-    AR_API virtual ~ArAsset();
+    virtual ~ArAsset();
     ArAsset(const ArAsset&) = delete;
     ArAsset& operator=(const ArAsset&) = delete;
 

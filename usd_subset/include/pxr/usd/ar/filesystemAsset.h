@@ -10,22 +10,22 @@
 PXR_NAMESPACE_OPEN_SCOPE
 
 /// Reads a regular file through an open descriptor; what it returns is a copy, never a mapping of the file.
-class ArFilesystemAsset : public ArAsset
+class AR_API ArFilesystemAsset : public ArAsset
 {
 public:
     /// Opens a regular file; null where there is none or it cannot be read.
-    AR_API static std::shared_ptr<ArFilesystemAsset> Open(const ArResolvedPath& resolvedPath);
+    static std::shared_ptr<ArFilesystemAsset> Open(const ArResolvedPath& resolvedPath);
     /// Returns the modification time of a file; invalid where there is none.
-    AR_API static ArTimestamp GetModificationTimestamp(const ArResolvedPath& resolvedPath);
+    static ArTimestamp GetModificationTimestamp(const ArResolvedPath& resolvedPath);
 
     /// Takes the open file over.
-    AR_API explicit ArFilesystemAsset(FILE* file);
-    AR_API ~ArFilesystemAsset() override;
+    explicit ArFilesystemAsset(FILE* file);
+    ~ArFilesystemAsset() override;
 
-    AR_API size_t GetSize() const override;
-    AR_API std::shared_ptr<const char> GetBuffer() const override;
-    AR_API size_t Read(void* buffer, size_t count, size_t offset) const override;
-    AR_API std::pair<FILE*, size_t> GetFileUnsafe() const override;
+    size_t GetSize() const override;
+    std::shared_ptr<const char> GetBuffer() const override;
+    size_t Read(void* buffer, size_t count, size_t offset) const override;
+    std::pair<FILE*, size_t> GetFileUnsafe() const override;
 
 private:
     FILE* _file;

@@ -22,51 +22,50 @@ class ArAsset;
 /// directory of their anchor; a plain relative path that has no file there is sought in the search paths of
 /// the bound context and of SetDefaultSearchPath(). No URL is ever fetched. Thread: any; bound contexts
 /// belong to the thread that binds them.
-class ArResolver
+class AR_API ArResolver
 {
 public:
-    AR_API virtual ~ArResolver();
+    virtual ~ArResolver();
     ArResolver(const ArResolver&) = delete;
     ArResolver& operator=(const ArResolver&) = delete;
 
     /// Returns the identifier of an asset: its path, anchored to `anchorAssetPath` where that applies.
-    AR_API std::string CreateIdentifier(const std::string& assetPath,
-                                        const ArResolvedPath& anchorAssetPath = ArResolvedPath()) const;
+    std::string CreateIdentifier(const std::string& assetPath,
+                                 const ArResolvedPath& anchorAssetPath = ArResolvedPath()) const;
     /// Returns the identifier of an asset that is about to be created; relative paths become absolute.
-    AR_API std::string
-    CreateIdentifierForNewAsset(const std::string& assetPath,
-                                const ArResolvedPath& anchorAssetPath = ArResolvedPath()) const;
+    std::string CreateIdentifierForNewAsset(const std::string& assetPath,
+                                            const ArResolvedPath& anchorAssetPath = ArResolvedPath()) const;
 
     /// Returns the absolute path of an existing file, or an empty path.
-    AR_API ArResolvedPath Resolve(const std::string& assetPath) const;
+    ArResolvedPath Resolve(const std::string& assetPath) const;
     /// Returns the absolute path at which a new asset would be written.
-    AR_API ArResolvedPath ResolveForNewAsset(const std::string& assetPath) const;
+    ArResolvedPath ResolveForNewAsset(const std::string& assetPath) const;
 
     /// Binds a context to the calling thread until the matching UnbindContext().
-    AR_API void BindContext(const ArResolverContext& context, VtValue* bindingData);
-    AR_API void UnbindContext(const ArResolverContext& context, VtValue* bindingData);
+    void BindContext(const ArResolverContext& context, VtValue* bindingData);
+    void UnbindContext(const ArResolverContext& context, VtValue* bindingData);
     /// Returns an empty search path context.
-    AR_API ArResolverContext CreateDefaultContext() const;
+    ArResolverContext CreateDefaultContext() const;
     /// Returns a context that searches the directory of the asset.
-    AR_API ArResolverContext CreateDefaultContextForAsset(const std::string& assetPath) const;
+    ArResolverContext CreateDefaultContextForAsset(const std::string& assetPath) const;
     /// Returns a context from a list of directories separated by colons.
-    AR_API ArResolverContext CreateContextFromString(const std::string& contextStr) const;
+    ArResolverContext CreateContextFromString(const std::string& contextStr) const;
     /// Returns the innermost context that the calling thread has bound.
-    AR_API ArResolverContext GetCurrentContext() const;
+    ArResolverContext GetCurrentContext() const;
     /// Says whether what the path resolves to depends on the bound context.
-    AR_API bool IsContextDependentPath(const std::string& assetPath) const;
+    bool IsContextDependentPath(const std::string& assetPath) const;
 
     /// Returns the extension without its dot; for a path inside a package the one of the innermost path.
-    AR_API std::string GetExtension(const std::string& assetPath) const;
-    AR_API ArAssetInfo GetAssetInfo(const std::string& assetPath, const ArResolvedPath& resolvedPath) const;
+    std::string GetExtension(const std::string& assetPath) const;
+    ArAssetInfo GetAssetInfo(const std::string& assetPath, const ArResolvedPath& resolvedPath) const;
     /// Returns the modification time of a file; invalid where there is none.
-    AR_API ArTimestamp GetModificationTimestamp(const std::string& assetPath,
-                                                const ArResolvedPath& resolvedPath) const;
+    ArTimestamp GetModificationTimestamp(const std::string& assetPath,
+                                         const ArResolvedPath& resolvedPath) const;
 
     /// Opens a file for reading; null where it cannot be read.
-    AR_API std::shared_ptr<ArAsset> OpenAsset(const ArResolvedPath& resolvedPath) const;
+    std::shared_ptr<ArAsset> OpenAsset(const ArResolvedPath& resolvedPath) const;
     /// Says whether an asset may be written there; fills `whyNot` where not.
-    AR_API bool CanWriteAssetToPath(const ArResolvedPath& resolvedPath, std::string* whyNot = nullptr) const;
+    bool CanWriteAssetToPath(const ArResolvedPath& resolvedPath, std::string* whyNot = nullptr) const;
 
 private:
     friend AR_API ArResolver& ArGetResolver();
