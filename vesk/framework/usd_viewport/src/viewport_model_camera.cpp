@@ -6,7 +6,7 @@
 
 PXR_NAMESPACE_USING_DIRECTIVE
 
-// The camera as a value: what it is fitted to, and the copies in and out of shared state.
+// The camera as a value: its defaults, what it is fitted to, and the copies in and out of shared state.
 namespace vesk::framework::usd_viewport {
 
 float ViewportModel::m_defaultVerticalFieldOfView = 45.0f;
@@ -59,16 +59,6 @@ GfCamera ViewportModel::adjustGfCamera(const GfCamera& camera)
     return adjusted;
 }
 
-void ViewportModel::setGfCamera(const GfCamera& camera, const std::string& undoLabel)
-{
-    _setGfCamera(TfWeakPtr<UsdStage>(), camera, undoLabel);
-}
-
-void ViewportModel::setViewportCamera(const TfWeakPtr<UsdStage>& stage, const GfCamera& camera)
-{
-    if (camera != getViewportCamera()) _setGfCamera(stage, camera, std::string());
-}
-
 void ViewportModel::checkGfCameraTransform(GfCamera& camera) const { cleanTransform(camera); }
 
 void ViewportModel::updateGfCameraAperature(GfCamera& camera)
@@ -102,24 +92,6 @@ void ViewportModel::_setCachedSceneBounds(const GfRange3f& bounds)
 {
     const std::lock_guard<std::mutex> lock(m_sceneBoundsMutex);
     m_cachedSceneBounds = bounds;
-}
-
-// Keeps the camera as the viewport's and returns it with a focus distance that can be used.
-GfCamera ViewportModel::_focusedCamera(const GfCamera& camera)
-{
-    GfCamera focused = camera;
-    _storeCamera(focused);
-    checkGfCameraFocusDistance(focused);
-    _storeCamera(focused);
-    return focused;
-}
-
-void ViewportModel::_setGfCamera(const TfWeakPtr<UsdStage>& stage, const GfCamera& camera,
-                                 const std::string& undoLabel)
-{
-    const GfCamera focused = _focusedCamera(camera);
-    if (m_cameraInteractionActive) m_cameraChangedDuringInteraction = true;
-    _setRendererGfCamera(stage, focused, undoLabel);
 }
 
 } // namespace vesk::framework::usd_viewport

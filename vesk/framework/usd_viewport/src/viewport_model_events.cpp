@@ -131,16 +131,4 @@ UsdEditTarget ViewportModel::_editTarget() const
     return m_editTarget;
 }
 
-ViewportCameraChangedEvent::ViewportCameraChangedEvent() = default;
-ViewportCameraChangedEvent::ViewportCameraChangedEvent(std::string document, std::uint32_t viewport)
-    : documentId(std::move(document)), viewportId(viewport)
-{}
-ViewportCameraChangedEvent::ViewportCameraChangedEvent(const ViewportCameraChangedEvent&) = default;
-ViewportCameraChangedEvent::ViewportCameraChangedEvent(ViewportCameraChangedEvent&&) noexcept = default;
-ViewportCameraChangedEvent&
-ViewportCameraChangedEvent::operator=(const ViewportCameraChangedEvent&) = default;
-ViewportCameraChangedEvent&
-ViewportCameraChangedEvent::operator=(ViewportCameraChangedEvent&&) noexcept = default;
-ViewportCameraChangedEvent::~ViewportCameraChangedEvent() = default;
-
 } // namespace vesk::framework::usd_viewport

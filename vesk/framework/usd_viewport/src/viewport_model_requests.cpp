@@ -69,11 +69,4 @@ void ViewportModel::setLighting(const LightingModel& lighting)
 
 void ViewportModel::resetLighting() { setLighting(m_lighting); }
 
-PrimPathPickingResult::PrimPathPickingResult() = default;
-PrimPathPickingResult::PrimPathPickingResult(const PrimPathPickingResult&) = default;
-PrimPathPickingResult::PrimPathPickingResult(PrimPathPickingResult&&) noexcept = default;
-PrimPathPickingResult& PrimPathPickingResult::operator=(const PrimPathPickingResult&) = default;
-PrimPathPickingResult& PrimPathPickingResult::operator=(PrimPathPickingResult&&) noexcept = default;
-PrimPathPickingResult::~PrimPathPickingResult() = default;
-
 } // namespace vesk::framework::usd_viewport

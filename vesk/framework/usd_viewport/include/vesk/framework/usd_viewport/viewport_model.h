@@ -37,13 +37,13 @@
 #include <vector>
 
 namespace vesk::framework::usd_document {
-class DocumentExecContext;
 class UsdDocument;
 } // namespace vesk::framework::usd_document
 
 namespace vesk::framework::usd_viewport {
 
 class LifeToken;
+class ViewportTasks;
 
 /// The direction from which ViewportModel::frameScene() looks at the framed box.
 enum class ViewDirection : std::int32_t
@@ -61,13 +61,10 @@ enum class ViewDirection : std::int32_t
 /// Posted on the document's bus after the camera of one of its viewports has changed.
 struct VESK_FRAMEWORK_USD_VIEWPORT_EXPORT ViewportCameraChangedEvent
 {
-    ViewportCameraChangedEvent();
-    ViewportCameraChangedEvent(std::string documentId, std::uint32_t viewportId);
-    ViewportCameraChangedEvent(const ViewportCameraChangedEvent&);
-    ViewportCameraChangedEvent(ViewportCameraChangedEvent&&) noexcept;
-    ViewportCameraChangedEvent& operator=(const ViewportCameraChangedEvent&);
-    ViewportCameraChangedEvent& operator=(ViewportCameraChangedEvent&&) noexcept;
-    ~ViewportCameraChangedEvent();
+    ViewportCameraChangedEvent() = default;
+    ViewportCameraChangedEvent(std::string document, std::uint32_t viewport)
+        : documentId(std::move(document)), viewportId(viewport)
+    {}
 
     std::string documentId;       ///< the document's id
     std::uint32_t viewportId = 0; ///< ViewportModel::viewportId() of the sender
@@ -76,13 +73,6 @@ struct VESK_FRAMEWORK_USD_VIEWPORT_EXPORT ViewportCameraChangedEvent
 /// The prims that a pick selects.
 struct VESK_FRAMEWORK_USD_VIEWPORT_EXPORT PrimPathPickingResult
 {
-    PrimPathPickingResult();
-    PrimPathPickingResult(const PrimPathPickingResult&);
-    PrimPathPickingResult(PrimPathPickingResult&&) noexcept;
-    PrimPathPickingResult& operator=(const PrimPathPickingResult&);
-    PrimPathPickingResult& operator=(PrimPathPickingResult&&) noexcept;
-    ~PrimPathPickingResult();
-
     std::vector<std::string> primPaths;                           ///< textual paths; empty on a miss
     vesk::framework::hydra_renderer::PickingResult pickingResult; ///< the renderer's own answer
 };
@@ -112,8 +102,7 @@ VESK_FRAMEWORK_USD_VIEWPORT_EXPORT void setRackFocus(PXR_NS::GfCamera& camera, f
 class VESK_FRAMEWORK_USD_VIEWPORT_EXPORT ViewportModel
 {
 public:
-    /// \name Life
-    /// @{
+    // Life
 
     /// Makes a viewport on a document and its renderer.
     /// \param document the document to show; kept weakly
@@ -163,9 +152,7 @@ public:
     void switchRenderer(const std::string& rendererId,
                         const std::vector<vesk::usd::utils::Param<PXR_NS::VtValue>>& settings);
 
-    /// @}
-    /// \name Events, time and edit target
-    /// @{
+    // Events, time and edit target
 
     /// Blocks until the next frame has been rendered for any viewport of the document, or the model dies.
     /// There is no time limit: a thread that has to render the frame itself must not wait.
@@ -186,9 +173,7 @@ public:
     const PXR_NS::UsdEditTarget& getEditTarget() const;
     void setEditTarget(const PXR_NS::UsdEditTarget& editTarget);
 
-    /// @}
-    /// \name Render settings: given on to the renderer
-    /// @{
+    // Render settings: given on to the renderer
 
     void setDrawMode(const PXR_NS::TfToken& mode);
     void setClearColor(const PXR_NS::GfVec4f& color);
@@ -215,9 +200,7 @@ public:
     void setRenderProxyGeometry(bool enabled);
     void setRenderSelectionVisualization(bool enabled);
 
-    /// @}
-    /// \name Sizes
-    /// @{
+    // Sizes
 
     /// Sets the logical size of the picture; the renderer gets it times the ratio, rounded towards zero. The
     /// values already set change nothing.
@@ -235,9 +218,7 @@ public:
     /// Converts logical viewport pixels to logical render pixels.
     std::array<float, 2> viewportToRenderCoordinates(float x, float y);
 
-    /// @}
-    /// \name Frames: the renderer's own futures
-    /// @{
+    // Frames: the renderer's own futures
 
     vesk::base::Future<vesk::framework::hydra_renderer::HydraRenderJobResult>
     renderHydraFrame(const vesk::framework::hydra_renderer::RenderParameters& parameters);
@@ -250,9 +231,7 @@ public:
     captureHydraFrames(const std::vector<vesk::framework::hydra_renderer::AovCaptureRequest>& requests,
                        bool transparentBackground);
 
-    /// @}
-    /// \name Camera
-    /// @{
+    // Camera
 
     /// Vertical field of view in degrees where a camera has none of its own; 45 at first. Class-wide, no
     /// lock.
@@ -291,11 +270,9 @@ public:
     bool zUp() const;
     void setZUp(bool zUp);
 
-    /// @}
-    /// \name Navigation
-    /// Pointer motion is in logical render pixels, x to the right and y down. Motion of exactly zero does
-    /// nothing. The label is that of the edit of a followed camera, see setGfCamera().
-    /// @{
+    // Navigation
+    // Pointer motion is in logical render pixels, x to the right and y down. Motion of exactly zero does
+    // nothing. The label is that of the edit of a followed camera, see setGfCamera().
 
     /// Opens the bracket around one gesture: camera events are held back until its end.
     /// Logs: warn "ViewportModel beginCameraInteraction: already active" when it is open.
@@ -333,12 +310,10 @@ public:
     float gizmoScaleMultiplier() const;
     void setGizmoScaleMultiplier(float value);
 
-    /// @}
-    /// \name Framing and stage cameras: document tasks
-    /// The future ends when the task has run, with its error when it failed.
-    /// Throws: `Exception` InvalidDocument when the document is gone, after one record.
-    /// Thread: any.
-    /// @{
+    // Framing and stage cameras: document tasks
+    // The future ends when the task has run, with its error when it failed.
+    // Throws: `Exception` InvalidDocument when the document is gone, after one record.
+    // Thread: any.
 
     /// Frames prims, or the whole scene when `paths` is empty or begins with "/". Refreshes the cached
     /// bounds. Logs: error "Framing without valid document".
@@ -365,9 +340,7 @@ public:
     /// Logs: error "Checking up axis without valid document".
     vesk::base::Future<void> checkCameraUpAxis();
 
-    /// @}
-    /// \name Scene bounds
-    /// @{
+    // Scene bounds
 
     /// Computes the bounds of the whole scene in a document task.
     /// A task of the same document that waits for this future never ends.
@@ -380,10 +353,8 @@ public:
     /// Thread: any.
     void recomputeCachedSceneBounds();
 
-    /// @}
-    /// \name Picking
-    /// Points and radii are in logical viewport pixels, (0, 0) at the top left.
-    /// @{
+    // Picking
+    // Points and radii are in logical viewport pixels, (0, 0) at the top left.
 
     vesk::base::Future<vesk::framework::hydra_renderer::PickingResult> singlePointPicking(float x, float y,
                                                                                           float pickRadius);
@@ -401,9 +372,7 @@ public:
     /// Reads a render output under a point.
     vesk::base::Future<PXR_NS::GfVec4f> colorPicking(float x, float y, const PXR_NS::TfToken& aovName);
 
-    /// @}
-    /// \name Lighting
-    /// @{
+    // Lighting
 
     const LightingModel& lighting() const;
 
@@ -414,9 +383,7 @@ public:
     /// Gives the current lighting to the renderer again.
     void resetLighting();
 
-    /// @}
-    /// \name Class-wide values
-    /// @{
+    // Class-wide values
 
     static float m_defaultVerticalFieldOfView;
     static PXR_NS::CameraUtilConformWindowPolicy m_defaultCameraFitPolicy;
@@ -451,9 +418,10 @@ public:
     static const std::string m_cameraZoomUndoLabel;
     static const std::string m_matchEnvironmentLightUndoLabel;
 
-    /// @}
-
 private:
+    // The bodies of the document tasks.
+    friend class ViewportTasks;
+
     void _subscribe(const std::shared_ptr<vesk::framework::usd_document::UsdDocument>& document);
     void _unsubscribe(const std::shared_ptr<vesk::framework::usd_document::UsdDocument>& document);
     void _handleEvent(const std::any& event);
@@ -473,19 +441,6 @@ private:
     float getGfCameraDistanceToCenter(const PXR_NS::GfCamera& camera);
     float getRenderAspectRatio() const;
 
-    // The work of the document tasks, and of the continuation that follows a recomputation of the bounds.
-    using Context = vesk::framework::usd_document::DocumentExecContext;
-    PXR_NS::GfRange3f _computeSceneBounds(const Context& context) const;
-    PXR_NS::GfRange3f _refreshSceneBounds(const Context& context, const std::vector<PXR_NS::SdfPath>& paths);
-    void _frameSceneNow(const Context& context, vesk::usd::utils::ProjectionType projection,
-                        ViewDirection direction, const std::vector<PXR_NS::SdfPath>& paths);
-    void _copyCameraNow(const Context& context, const std::string& cameraPath, bool updateDistanceToCenter,
-                        const std::string& label);
-    void _setActiveCameraNow(const Context& context, const std::string& cameraPath);
-    void _checkCameraUpAxisNow(const Context& context);
-    void _writeCameraNow(const Context& context, const PXR_NS::SdfPath& path);
-    void _applySceneBounds(const PXR_NS::GfRange3f& bounds);
-
     // Copies in and out of the state that several threads touch.
     std::shared_ptr<vesk::framework::usd_document::UsdDocument> _lockDocument() const;
     PXR_NS::SdfPath _activeCameraPath() const;
@@ -499,8 +454,7 @@ private:
 
     static unsigned int s_nextViewportId;
 
-    // Guards m_document, m_activeCameraPath, m_editTarget and m_gfCamera; held for one copy, never over a
-    // call.
+    // Guards m_document, m_activeCameraPath, m_editTarget and m_gfCamera; held for one copy, over no call.
     mutable std::mutex m_stateMutex;
     std::shared_ptr<LifeToken> m_life;
     std::atomic<std::thread::id> m_cameraMutexOwner{std::thread::id()};
