@@ -140,17 +140,30 @@ TEST(Layers, AFileThatCannotBeReadIsOneError)
                                        "@: it is a directory, and a layer is a file"});
 }
 
-TEST(Layers, BinaryContentIsRefusedWhateverTheExtension)
+TEST(Layers, ADamagedCrateFileIsOneError)
 {
     const TemporaryDirectory directory;
-    for (const char* name : {"c.usdc", "c.usd", "c.usda"}) {
+    for (const char* name : {"c.usdc", "c.usd"}) {
         const std::string file = directory.Write(name, "PXR-USDC\x01");
         EXPECT_EQ(errorsOfOpening(file),
-                  std::vector<std::string>{
-                      "Cannot read layer @" + file +
-                      "@: binary crate files cannot be read; convert it to usda, as by `usdcat -o "
-                      "FILE.usda`"});
+                  std::vector<std::string>{"Cannot read layer @" + file +
+                                           "@: the crate file is damaged: header, byte 0: 88 bytes are "
+                                           "expected, but only 9 are left"});
     }
+}
+
+TEST(Layers, ContentThatDoesNotFitTheExtensionIsOneError)
+{
+    const TemporaryDirectory directory;
+    const std::string binary = directory.Write("c.usda", "PXR-USDC\x01");
+    EXPECT_EQ(errorsOfOpening(binary),
+              std::vector<std::string>{"Cannot read layer @" + binary +
+                                       "@: its content is usdc, not text; let its name end in .usdc"});
+    const std::string text = directory.Write("t.usdc", std::string(kScene) + std::string(100, '\n'));
+    EXPECT_EQ(
+        errorsOfOpening(text),
+        std::vector<std::string>{"Cannot read layer @" + text +
+                                 "@: the crate file is damaged: header, byte 0: \"PXR-USDC\" is expected"});
     const std::string package = directory.Write("p.usdz", "PK\x03\x04rest");
     EXPECT_EQ(errorsOfOpening(package),
               std::vector<std::string>{

@@ -48,7 +48,9 @@ bool Sdf_UsdaFileFormat::Read(SdfLayer* layer, const std::string& resolvedPath, 
     }
     const SdfFileFormatConstPtr other = Sdf_FindFormatByContent(text.substr(0, 8));
     if (other && !Sdf_IsTextLayer(text)) {
-        return other->Read(layer, resolvedPath, metadataOnly);
+        const std::string& format = other->GetFormatId().GetString();
+        return Sdf_PostReadError(resolvedPath,
+                                 "its content is " + format + ", not text; let its name end in ." + format);
     }
     return _Parse(layer, resolvedPath, text, metadataOnly);
 }
@@ -93,14 +95,15 @@ Sdf_UsdFileFormat::Sdf_UsdFileFormat() : Sdf_UsdaFileFormat("usd", "1.0", "usd",
 
 bool Sdf_UsdFileFormat::CanRead(const std::string& file) const
 {
-    return static_cast<bool>(Sdf_FindFormatByContent(Sdf_ReadFileStart(file, 8)));
+    const SdfFileFormatConstPtr format = Sdf_FindFormatByContent(Sdf_ReadFileStart(file, 8));
+    return format && !format->IsPackage();
 }
 
 bool Sdf_UsdFileFormat::Read(SdfLayer* layer, const std::string& resolvedPath, bool metadataOnly) const
 {
     const SdfFileFormatConstPtr format = Sdf_FindFormatByContent(Sdf_ReadFileStart(resolvedPath, 8));
-    return format ? format->Read(layer, resolvedPath, metadataOnly)
-                  : Sdf_UsdaFileFormat::Read(layer, resolvedPath, metadataOnly);
+    return format && !format->IsPackage() ? format->Read(layer, resolvedPath, metadataOnly)
+                                          : Sdf_UsdaFileFormat::Read(layer, resolvedPath, metadataOnly);
 }
 
 PXR_NAMESPACE_CLOSE_SCOPE

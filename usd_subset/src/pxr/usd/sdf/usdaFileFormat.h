@@ -28,7 +28,7 @@ private:
     bool _Parse(SdfLayer* layer, const std::string& name, const std::string& text, bool metadataOnly) const;
 };
 
-/// The format of `.usd` files, whose content may be text, crate or package; what it writes is text.
+/// The format of `.usd` files, whose content may be text or crate; what it writes is text.
 class Sdf_UsdFileFormat : public Sdf_UsdaFileFormat
 {
 public:

@@ -1,30 +1,56 @@
 #include "pxr/usd/sdf/crate/crateFileFormat.h"
 
+#include "pxr/usd/sdf/crate/crateData.h"
 #include "pxr/usd/sdf/fileFormatRegistry.h"
 #include "pxr/usd/sdf/wholeFile.h"
 
+#include <pxr/usd/ar/asset.h>
+#include <pxr/usd/ar/resolver.h>
+
+#include <cerrno>
+#include <cstring>
+
 PXR_NAMESPACE_OPEN_SCOPE
 
+SdfAbstractDataRefPtr Sdf_ReadCrate(const std::string& name, const std::shared_ptr<ArAsset>& asset,
+                                    const Sdf_CrateLimits& limits, std::string* error)
+{
+    const Sdf_CrateDataRefPtr data = TfCreateRefPtr(new Sdf_CrateData);
+    return data->Open(name, asset, limits, error) ? SdfAbstractDataRefPtr(data) : SdfAbstractDataRefPtr();
+}
+
 Sdf_CrateFileFormat::Sdf_CrateFileFormat()
-    : SdfFileFormat(TfToken("usdc"), TfToken("0.8.0"), TfToken("usd"), "usdc", "PXR-USDC")
+    : SdfFileFormat(TfToken("usdc"), TfToken("0.12.0"), TfToken("usd"), "usdc", kSdf_CrateMagic)
 {}
+
+SdfAbstractDataRefPtr Sdf_CrateFileFormat::InitData(const FileFormatArguments&) const
+{
+    const Sdf_CrateDataRefPtr data = TfCreateRefPtr(new Sdf_CrateData);
+    data->CreateSpec(SdfPath::AbsoluteRootPath(), SdfSpecTypePseudoRoot);
+    return data;
+}
 
 bool Sdf_CrateFileFormat::CanRead(const std::string& file) const
 {
     return Sdf_ReadFileStart(file, GetFileCookie().size()) == GetFileCookie();
 }
 
-bool Sdf_CrateFileFormat::Read(SdfLayer*, const std::string& resolvedPath, bool) const
+bool Sdf_CrateFileFormat::Read(SdfLayer* layer, const std::string& resolvedPath, bool) const
 {
-    return Sdf_PostReadError(
-        resolvedPath,
-        CanRead(resolvedPath)
-            ? "binary crate files cannot be read; convert it to usda, as by `usdcat -o FILE.usda`"
-            : "it is not a crate file, though its name ends in .usdc");
+    errno = 0;
+    const std::shared_ptr<ArAsset> asset = ArGetResolver().OpenAsset(ArResolvedPath(resolvedPath));
+    if (!asset) {
+        return Sdf_PostReadError(resolvedPath, errno != 0 ? std::strerror(errno) : "it cannot be opened");
+    }
+    std::string error;
+    SdfAbstractDataRefPtr data = Sdf_ReadCrate(resolvedPath, asset, Sdf_CrateLimits(), &error);
+    if (!data) {
+        return Sdf_PostReadError(resolvedPath, error);
+    }
+    _SetLayerData(layer, data);
+    return true;
 }
 
-bool Sdf_CrateFileFormat::SupportsReading() const { return false; }
 bool Sdf_CrateFileFormat::SupportsWriting() const { return false; }
-bool Sdf_CrateFileFormat::SupportsEditing() const { return false; }
 
 PXR_NAMESPACE_CLOSE_SCOPE
