@@ -1,7 +1,5 @@
 #include "document_scene.h"
 
-#include "scene_extraction.h"
-
 #include <cstring>
 #include <string_view>
 
@@ -32,9 +30,8 @@ bool shapesThePrim(const std::string& property)
 
 } // namespace
 
-DocumentScene::DocumentScene(const std::shared_ptr<UsdDocument>& document,
-                             std::shared_ptr<ShapeScenes> shapes)
-    : m_document(document), m_shapes(std::move(shapes))
+DocumentScene::DocumentScene(const std::shared_ptr<UsdDocument>& document, std::shared_ptr<BuiltScenes> built)
+    : m_document(document), m_built(std::move(built))
 {}
 
 DocumentScene::~DocumentScene() = default;
@@ -67,13 +64,11 @@ void DocumentScene::_note(const StageChangesEvent& event)
     m_camerasChanged = true;
     for (const SdfPath& path : event.resyncedPrimPaths) {
         m_changes.subtrees.push_back(path);
-        m_changes.scene = true;
     }
     const auto noteProperty = [this](const SdfPath& path) {
         const SdfPath prim = path.GetPrimPath();
         if (_isCamera(prim)) return;
-        m_changes.scene = true;
-        if (shapesThePrim(path.GetName())) m_changes.shapes.push_back(prim);
+        (shapesThePrim(path.GetName()) ? m_changes.shapes : m_changes.places).push_back(prim);
     };
     for (const SdfPath& path : event.changedPropertyPaths) {
         noteProperty(path);
@@ -82,7 +77,7 @@ void DocumentScene::_note(const StageChangesEvent& event)
         noteProperty(path);
     }
     for (const SdfPath& path : event.infoChangedPrimPaths) {
-        if (!_isCamera(path)) m_changes.scene = true;
+        if (!_isCamera(path)) m_changes.places.push_back(path);
     }
 }
 
@@ -96,7 +91,7 @@ std::optional<PulledScene> DocumentScene::_remembered(const ExtractionRequest& r
 {
     const std::lock_guard lock(m_mutex);
     const bool isNewest = m_traceScene && &m_traceScene->snapshot() == m_snapshot.get();
-    if (!isNewest || m_changes.scene || !(m_snapshotRequest == request)) return std::nullopt;
+    if (!isNewest || !m_changes.empty() || !(m_snapshotRequest == request)) return std::nullopt;
     if (cameraPath.IsEmpty()) return PulledScene{m_traceScene, std::nullopt};
     if (m_camerasChanged || m_cameraPath != cameraPath || !sameTime(m_cameraTime, request.time))
         return std::nullopt;
@@ -126,23 +121,22 @@ base::Future<PulledScene> DocumentScene::pull(const ExtractionRequest& request, 
 DocumentScene::Pull DocumentScene::_take(const DocumentExecContext& context, const ExtractionRequest& request,
                                          const SdfPath& cameraPath)
 {
-    Changes changes;
-    changes.scene = false;
+    StageChanges changes;
     Pull pull;
     {
         const std::lock_guard lock(m_mutex);
         std::swap(changes, m_changes);
         m_camerasChanged = false;
-        if (!changes.scene && m_snapshotRequest == request) pull.snapshot = m_snapshot;
+        if (m_isRead && changes.empty() && m_snapshotRequest == request) pull.snapshot = m_snapshot;
     }
-    _applyChanges(changes);
     const UsdStageRefPtr& stage = context.stage();
     if (!pull.snapshot) {
         pull.snapshot =
-            stage ? extractScene(stage, request, m_cache) : std::make_shared<const SceneSnapshot>();
+            stage ? m_mirror.update(stage, request, changes) : std::make_shared<const SceneSnapshot>();
     }
     if (stage && !cameraPath.IsEmpty()) pull.camera = extractCamera(stage, cameraPath, request.time);
     const std::lock_guard lock(m_mutex);
+    m_isRead = true;
     m_snapshot = pull.snapshot;
     m_snapshotRequest = request;
     m_cameraPath = cameraPath;
@@ -151,26 +145,16 @@ DocumentScene::Pull DocumentScene::_take(const DocumentExecContext& context, con
     return pull;
 }
 
-void DocumentScene::_applyChanges(const Changes& changes)
-{
-    // A change inside a prototype shows under the paths of its instances: those are not worth telling apart.
-    if (m_cache.holdsInstances() && !(changes.subtrees.empty() && changes.shapes.empty())) m_cache.clear();
-    for (const SdfPath& path : changes.subtrees) {
-        m_cache.forgetSubtree(path);
-    }
-    for (const SdfPath& path : changes.shapes) {
-        m_cache.forget(path);
-    }
-}
-
 std::shared_ptr<const TraceScene> DocumentScene::_traced(const std::shared_ptr<const SceneSnapshot>& snapshot)
 {
+    std::optional<GfVec3d> formerOrigin;
     {
         const std::lock_guard lock(m_mutex);
         if (m_traceScene && &m_traceScene->snapshot() == snapshot.get()) return m_traceScene;
+        if (m_traceScene) formerOrigin = m_traceScene->origin();
     }
-    auto traced = std::make_shared<const TraceScene>(snapshot, *m_shapes);
-    m_shapes->dropUnused();
+    auto traced = std::make_shared<const TraceScene>(snapshot, *m_built, formerOrigin);
+    m_built->dropUnused();
     const std::lock_guard lock(m_mutex);
     if (m_snapshot == snapshot) m_traceScene = traced;
     return traced;

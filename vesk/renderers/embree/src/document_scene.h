@@ -1,7 +1,7 @@
 #pragma once
 
-#include "geometry_cache.h"
 #include "scene_snapshot.h"
+#include "stage_mirror.h"
 #include "trace_scene.h"
 
 #include <vesk/base/future.h>
@@ -30,7 +30,7 @@ class DocumentScene : public std::enable_shared_from_this<DocumentScene>
 {
 public:
     DocumentScene(const std::shared_ptr<framework::usd_document::UsdDocument>& document,
-                  std::shared_ptr<ShapeScenes> shapes);
+                  std::shared_ptr<BuiltScenes> built);
     ~DocumentScene();
 
     /// Starts to listen to the document's changes.
@@ -50,12 +50,6 @@ private:
         std::shared_ptr<const SceneSnapshot> snapshot;
         std::optional<PXR_NS::GfCamera> camera;
     };
-    struct Changes
-    {
-        std::vector<PXR_NS::SdfPath> subtrees;
-        std::vector<PXR_NS::SdfPath> shapes;
-        bool scene = true; ///< something besides cameras changed
-    };
 
     void _onEvent(const std::any& event);
     void _note(const framework::usd_document::StageChangesEvent& event);
@@ -64,17 +58,17 @@ private:
                                            const PXR_NS::SdfPath& cameraPath);
     Pull _take(const framework::usd_document::DocumentExecContext& context, const ExtractionRequest& request,
                const PXR_NS::SdfPath& cameraPath);
-    void _applyChanges(const Changes& changes);
     std::shared_ptr<const TraceScene> _traced(const std::shared_ptr<const SceneSnapshot>& snapshot);
 
     std::weak_ptr<framework::usd_document::UsdDocument> m_document;
-    std::shared_ptr<ShapeScenes> m_shapes;
+    std::shared_ptr<BuiltScenes> m_built;
     std::uint32_t m_listenerId = 0;
 
-    GeometryCache m_cache; // on the task thread alone
+    StageMirror m_mirror; // on the task thread alone
 
     mutable std::mutex m_mutex; // guards what follows; nothing is called while it is held
-    Changes m_changes;
+    StageChanges m_changes;     // of all but cameras
+    bool m_isRead = false;
     bool m_camerasChanged = true;
     std::shared_ptr<const SceneSnapshot> m_snapshot;
     ExtractionRequest m_snapshotRequest;

@@ -24,7 +24,9 @@ struct GeometryPixel
     float windowDepth = 1.0f;                                    ///< 0 at the near plane, 1 at the far plane
     Vec3 normal;                                                 ///< world space
     Vec3 eyeNormal;                                              ///< camera space
-    int item = -1;                                               ///< index among the snapshot's items
+    int prim = -1;                                               ///< number of the prim, -1 for none
+    std::uint32_t placement = 0;                                 ///< number of the placement that was hit
+    std::uint32_t item = 0;                                      ///< number of the item in its group
     int element = -1;                                            ///< face, curve or point of the prim
     int instance = -1;
 };

@@ -5,6 +5,7 @@
 #include <vesk/base/error_handling.h>
 
 #include <algorithm>
+#include <unordered_map>
 
 PXR_NAMESPACE_USING_DIRECTIVE
 
@@ -38,6 +39,16 @@ std::vector<Tile> tilesOf(const FrameSettings& settings)
 bool anyPrefix(const std::vector<SdfPath>& prefixes, const SdfPath& path)
 {
     return std::any_of(prefixes.begin(), prefixes.end(), [&](const SdfPath& p) { return path.HasPrefix(p); });
+}
+
+// A mark on an instancer or on a prim of a prototype marks all copies.
+std::uint8_t markOf(const HitNames& names, const FrameSettings& settings)
+{
+    const auto isMarked = [&names](const std::vector<SdfPath>& paths) {
+        return anyPrefix(paths, names.prim) ||
+               (!names.instance.IsEmpty() && anyPrefix(paths, names.instance));
+    };
+    return isMarked(settings.highlighted) ? 2 : isMarked(settings.selection) ? 1 : 0;
 }
 
 bool showsMarks(const FrameSettings& s)
@@ -165,12 +176,15 @@ bool FrameJob::_afterPass()
 
 std::vector<std::uint8_t> FrameJob::_marks() const
 {
-    std::vector<std::uint8_t> marks;
-    for (const PlacedItem& placed : m_view->scene->items()) {
-        const SdfPath& path = placed.item->path;
-        marks.push_back(anyPrefix(m_copy.settings.highlighted, path) ? 2
-                        : anyPrefix(m_copy.settings.selection, path) ? 1
-                                                                     : 0);
+    std::vector<std::uint8_t> marks(m_film.pixelCount(), 0);
+    std::unordered_map<std::uint64_t, std::uint8_t> known; // of what the picture shows, not of all there is
+    for (std::size_t i = 0; i < marks.size(); ++i) {
+        const GeometryPixel& pixel = m_film.geometry(i);
+        if (pixel.prim < 0) continue;
+        const std::uint64_t key = std::uint64_t(pixel.placement) << 32 | pixel.item;
+        const auto [at, isNew] = known.try_emplace(key, std::uint8_t(0));
+        if (isNew) at->second = markOf(m_view->scene->namesOf(pixel.placement, pixel.item), m_copy.settings);
+        marks[i] = at->second;
     }
     return marks;
 }

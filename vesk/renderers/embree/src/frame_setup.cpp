@@ -26,7 +26,7 @@ std::unique_ptr<FrameView> makeFrameView(const FrameSettings& settings, const Pu
                                          const GfCamera& camera)
 {
     const auto rays = CameraRays::make(camera, settings.fitPolicy, settings.size, pulled.scene->origin(),
-                                       pulled.scene->radius());
+                                       pulled.scene->reach());
     if (!rays) {
         failInvalid(
             "the camera has no usable view; its transform and apertures must be finite and its near plane "

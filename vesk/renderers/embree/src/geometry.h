@@ -59,12 +59,13 @@ struct Geometry
     Primvar<Vec3> normals;
     Primvar<Vec3> colors;
     Primvar<float> opacities;
-    Vec3 lower; ///< the corners of the box around the shape
+    std::size_t faceCount = 0; ///< of the authored shape: faces, curves or points
+    Vec3 lower;                ///< the corners of the box around the shape
     Vec3 upper;
 
-    /// Makes unit normals at the faces' corners for a surface without normals of its own: the mean of the faces
-    /// around a point, weighted by area, without those that lean away from the corner's own face too far.
-    /// \param leastCosine of the angle between faces that are shaded as one surface
+    /// Makes unit normals at the faces' corners for a surface without normals of its own: the mean of the
+    /// faces around a point, weighted by area, without those that lean away from the corner's own face too
+    /// far. \param leastCosine of the angle between faces that are shaded as one surface
     void addSmoothNormals(float leastCosine);
 
     /// Sets `lower` and `upper` from the points and radii.

@@ -62,21 +62,6 @@ bool readsDisplayColor(const UsdPrim& shader, const char* name)
 
 } // namespace
 
-SdfPath boundMaterial(const UsdPrim& prim, const SdfPath& inherited, bool& inheritedIsStronger)
-{
-    if (inheritedIsStronger) return inherited;
-    for (const char* name : {"material:binding:preview", "material:binding"}) {
-        const UsdRelationship binding = prim.GetRelationship(TfToken(name));
-        SdfPathVector targets;
-        if (!binding || !binding.GetTargets(&targets) || targets.empty()) continue;
-        TfToken strength;
-        inheritedIsStronger = binding.GetMetadata(TfToken("bindMaterialAs"), &strength) &&
-                              strength == "strongerThanDescendants";
-        return targets.front();
-    }
-    return inherited;
-}
-
 std::optional<Material> readMaterial(const UsdPrim& prim, UsdTimeCode time)
 {
     if (!prim) return std::nullopt;

@@ -151,6 +151,7 @@ ShapeReading readMesh(const UsdPrim& prim, UsdTimeCode time)
     g.points = readPointPositions(prim, time);
     reading.problem = problemOf(t, g.points);
     if (!reading.problem.empty()) return reading;
+    g.faceCount = t.counts.size();
     addFaces(g, t);
     readNormals(prim, time, t, g);
     readDisplayPrimvars(prim, time, t.counts.size(), g.points.size(), t.indices.size(), g);

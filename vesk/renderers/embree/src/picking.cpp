@@ -53,13 +53,13 @@ PickingResult describe(const FrameView& view, const ViewRay& ray, const SurfaceH
 {
     const SurfacePoint s =
         surfaceAt(*view.scene, hit, ray.origin, ray.direction, view.defaultMaterial, false);
-    const SceneItem& item = *view.scene->items()[hit.item].item;
+    const HitNames names = view.scene->namesOf(hit.placement, hit.item);
     PickingResult result;
     result.hit = true;
-    result.primPath = item.path.GetString();
-    result.secondaryPath = item.instancePath.GetString();
-    result.instanceIndex = item.instanceIndex;
-    result.tertiaryPath = item.prototypePath.GetString();
+    result.primPath = names.prim.GetString();
+    result.secondaryPath = names.instance.GetString();
+    result.instanceIndex = names.instanceIndex;
+    result.tertiaryPath = names.prototype.GetString();
     result.point = s.position.toGfd() + view.scene->origin();
     result.normal = s.normal.toGfd();
     result.depth = ray.viewDistance(hit.t);

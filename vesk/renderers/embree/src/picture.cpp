@@ -113,7 +113,7 @@ OutputPixel readPixel(const Film& film, const FrameSettings& settings, Output ou
     case Output::EyeNormal:
         return vector(g.eyeNormal);
     case Output::PrimId:
-        return scalar(static_cast<float>(g.item));
+        return scalar(static_cast<float>(g.prim));
     case Output::InstanceId:
         return scalar(static_cast<float>(g.instance));
     default:
@@ -156,8 +156,7 @@ namespace {
 std::uint8_t markAt(const Film& film, const std::vector<std::uint8_t>& marks, int x, int y)
 {
     if (x < 0 || y < 0 || x >= film.width() || y >= film.height()) return 0;
-    const int item = film.geometry(film.index(x, y)).item;
-    return item < 0 ? std::uint8_t(0) : marks[static_cast<std::size_t>(item)];
+    return marks[film.index(x, y)];
 }
 
 // The nearest marked pixel within the outline's width of a pixel that is not marked itself.
@@ -216,10 +215,10 @@ void drawDebug(Film& film, const FrameSettings& settings)
         Vec3 c(0.0f);
         switch (settings.debugMode) {
         case DebugMode::Depth:
-            if (g.item >= 0) c = Vec3(1.0f - 0.95f * (g.viewDistance - nearest) / range);
+            if (g.prim >= 0) c = Vec3(1.0f - 0.95f * (g.viewDistance - nearest) / range);
             break;
         case DebugMode::Normal:
-            if (g.item >= 0) c = g.normal * 0.5f + Vec3(0.5f);
+            if (g.prim >= 0) c = g.normal * 0.5f + Vec3(0.5f);
             break;
         case DebugMode::ElementId:
             c = idColor(g.element);
@@ -228,7 +227,7 @@ void drawDebug(Film& film, const FrameSettings& settings)
             c = idColor(g.instance);
             break;
         default:
-            c = idColor(g.item);
+            c = idColor(g.prim);
             break;
         }
         const Vec3 working = displayToWorking(c, settings.colorCorrection);

@@ -53,7 +53,7 @@ vesk::framework::hydra_renderer::AovBuffer readBuffer(const Film& film, const Fr
                                                       Output output);
 
 /// Draws the outlines of selected and highlighted prims into a film that holds what lies at its pixels.
-/// \param marks one entry an item of the scene: 0 none, 1 selected, 2 highlighted
+/// \param marks one entry a pixel: 0 none, 1 selected, 2 highlighted
 void drawOutlines(Film& film, const FrameSettings& settings, const std::vector<std::uint8_t>& marks);
 
 /// Replaces a film's colours by the debug picture of what lies at its pixels.

@@ -15,14 +15,14 @@ using framework::usd_document::UsdDocument;
 RendererCore::RendererCore(unsigned int viewportId, std::function<bool(int, float, bool)> progress)
     : callbacks(std::move(progress)),
       m_viewportId(viewportId),
-      m_shapes(std::make_shared<ShapeScenes>(std::make_shared<Device>()))
+      m_built(std::make_shared<BuiltScenes>(std::make_shared<Device>()))
 {}
 
 RendererCore::~RendererCore() = default;
 
 void RendererCore::setDocument(const std::shared_ptr<UsdDocument>& document)
 {
-    auto scene = std::make_shared<DocumentScene>(document, m_shapes);
+    auto scene = std::make_shared<DocumentScene>(document, m_built);
     scene->connect();
     if (const auto former = state.exchangeDocument(std::move(scene))) former->disconnect();
 }

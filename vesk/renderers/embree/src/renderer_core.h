@@ -69,7 +69,7 @@ private:
     void _startNext();
 
     const unsigned int m_viewportId;
-    std::shared_ptr<ShapeScenes> m_shapes;
+    std::shared_ptr<BuiltScenes> m_built;
     std::atomic<bool> m_closed{false};
     std::atomic<std::uint64_t> m_frameCount{0};
 

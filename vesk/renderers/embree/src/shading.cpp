@@ -21,11 +21,11 @@ Vec3 highlight(const Material& material, Vec3 baseColor, Vec3 normal, Vec3 toVie
     return tint * std::min(lobe, 8.0f);
 }
 
-Vec3 reflected(const FrameView& view, const ShadedPoint& p, const LightSample& light)
+Vec3 reflected(const ShadedPoint& p, const LightSample& light)
 {
     const float cosine = dot(p.surface.normal, light.direction);
     if (cosine <= 0.0f) return {};
-    const Material& material = view.materialOf(p.hit);
+    const Material& material = *p.surface.material;
     const Vec3 diffuse = p.surface.color * (1.0f - std::clamp(material.metallic, 0.0f, 1.0f) * 0.7f);
     const Vec3 toViewer = -p.viewDirection;
     return (diffuse + highlight(material, p.surface.color, p.surface.normal, toViewer, light.direction)) *
@@ -105,12 +105,11 @@ void Shader::shade(std::vector<ShadedPoint>& points)
 
 void Shader::_addUnshadowed(ShadedPoint& point) const
 {
-    const Material& material = m_view.materialOf(point.hit);
-    point.color = material.emission + point.surface.color * m_view.lights.ambient;
+    point.color = point.surface.material->emission + point.surface.color * m_view.lights.ambient;
     for (const FrameLight& light : m_view.lights.lights) {
         if (light.shadows) continue;
         const Sample2 s{0.0f, 0.0f};
-        point.color += reflected(m_view, point, sampleLight(light, point.surface.position, s));
+        point.color += reflected(point, sampleLight(light, point.surface.position, s));
     }
 }
 
@@ -136,7 +135,7 @@ void Shader::_queueLights(const ShadedPoint& point, std::size_t index)
         const Sample2 s =
             sequencePoint(static_cast<std::uint32_t>(m_sample), point.seed + number * 0x632be5abu);
         const LightSample sample = sampleLight(light, point.surface.position, s);
-        const Vec3 lit = reflected(m_view, point, sample);
+        const Vec3 lit = reflected(point, sample);
         if (isDark(lit) || !isFinite(lit)) continue;
         _queue(point.surface.position + point.surface.geometricNormal * offsetAt(point.hit.t),
                sample.direction, sample.distance, index, lit, Vec3());

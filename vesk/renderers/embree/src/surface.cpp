@@ -33,30 +33,30 @@ std::uint32_t elementOf(const Geometry& g, const SurfaceHit& hit)
 
 Vec3 towards(Vec3 n, Vec3 direction) { return dot(n, direction) > 0.0f ? -n : n; }
 
-Vec3 toScene(const PlacedItem& placed, Vec3 local)
-{
-    return Vec3(placed.localToScene.Transform(local.toGfd()));
-}
+Vec3 toScene(const HitFrame& frame, Vec3 local) { return Vec3(frame.toScene.Transform(local.toGfd())); }
 
 } // namespace
 
 SurfacePoint surfaceAt(const TraceScene& scene, const SurfaceHit& hit, Vec3 origin, Vec3 direction,
                        const Material& defaultMaterial, bool flat)
 {
-    const PlacedItem& placed = scene.items()[hit.item];
-    const SceneItem& item = *placed.item;
+    const HitFrame frame = scene.frameOf(hit);
+    const SceneItem& item = *frame.item;
     const Geometry& g = *item.geometry;
     SurfacePoint s;
     s.position = origin + direction * hit.t;
     s.geometricNormal =
-        towards(normalized(placed.normalToWorld.apply(hit.geometricNormal), -direction), direction);
+        towards(normalized(frame.groupNormalToWorld.apply(hit.geometricNormal), -direction), direction);
     s.normal = s.geometricNormal;
     if (!flat && !g.normals.empty() && g.kind == GeometryKind::Triangles) {
-        const Vec3 n = placed.normalToWorld.apply(interpolate(g, g.normals, hit.primitive, hit.u, hit.v));
+        const Vec3 n = frame.normalToWorld.apply(interpolate(g, g.normals, hit.primitive, hit.u, hit.v));
         const Vec3 unit = normalized(n, s.geometricNormal);
         s.normal = dot(unit, s.geometricNormal) < 0.0f ? -unit : unit;
     }
-    const Material& material = item.material ? *item.material : defaultMaterial;
+    s.face = elementOf(g, hit);
+    const Material* bound = item.materials.of(s.face);
+    s.material = bound ? bound : &defaultMaterial;
+    const Material& material = *s.material;
     s.color = material.diffuse;
     if (material.usesDisplayColor && !g.colors.empty()) {
         s.color = valueOf(g, g.colors, hit);
@@ -66,19 +66,18 @@ SurfacePoint surfaceAt(const TraceScene& scene, const SurfaceHit& hit, Vec3 orig
     s.opacity = material.opacity * (g.opacities.empty() ? item.displayOpacity : valueOf(g, g.opacities, hit));
     s.opacity = s.opacity >= 0.0f ? std::min(s.opacity, 1.0f) : 0.0f;
     s.color = isFinite(s.color) ? max(s.color, 0.0f) : Vec3(0.5f);
-    s.face = elementOf(g, hit);
     return s;
 }
 
 float distanceToEdge(const TraceScene& scene, const SurfaceHit& hit)
 {
-    const PlacedItem& placed = scene.items()[hit.item];
-    const Geometry& g = *placed.item->geometry;
+    const HitFrame frame = scene.frameOf(hit);
+    const Geometry& g = *frame.item->geometry;
     float nearest = std::numeric_limits<float>::max();
     if (g.kind != GeometryKind::Triangles) return nearest;
     const Triangle& t = g.triangles[hit.primitive];
-    const Vec3 p[3] = {placed.toWorld.apply(g.points[t.point[0]]), placed.toWorld.apply(g.points[t.point[1]]),
-                       placed.toWorld.apply(g.points[t.point[2]])};
+    const Vec3 p[3] = {frame.toWorld.apply(g.points[t.point[0]]), frame.toWorld.apply(g.points[t.point[1]]),
+                       frame.toWorld.apply(g.points[t.point[2]])};
     const float doubleArea = length(cross(p[1] - p[0], p[2] - p[0]));
     const float weight[3] = {1.0f - hit.u - hit.v, hit.u, hit.v};
     for (int i = 0; i < 3; ++i) {
@@ -92,12 +91,12 @@ float distanceToEdge(const TraceScene& scene, const SurfaceHit& hit)
 
 float distanceToVertex(const TraceScene& scene, const SurfaceHit& hit, Vec3 position)
 {
-    const PlacedItem& placed = scene.items()[hit.item];
-    const Geometry& g = *placed.item->geometry;
+    const HitFrame frame = scene.frameOf(hit);
+    const Geometry& g = *frame.item->geometry;
     if (g.kind != GeometryKind::Triangles) return 0.0f;
     float nearest = std::numeric_limits<float>::max();
     for (const std::uint32_t p : g.triangles[hit.primitive].point) {
-        nearest = std::min(nearest, length(toScene(placed, g.points[p]) - position));
+        nearest = std::min(nearest, length(toScene(frame, g.points[p]) - position));
     }
     return nearest;
 }

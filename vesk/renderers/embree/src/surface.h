@@ -13,6 +13,7 @@ struct SurfacePoint
     Vec3 color;
     float opacity = 1.0f;
     std::uint32_t face = 0; ///< the authored face, curve or point
+    const Material* material = nullptr;
 };
 
 /// Works out the surface at a hit.

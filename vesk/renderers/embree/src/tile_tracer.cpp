@@ -138,9 +138,11 @@ GeometryPixel geometryAt(const FrameView& view, const ViewRay& ray, const Surfac
     pixel.normal = s.normal;
     pixel.eyeNormal = {dot(s.normal, view.camera.right()), dot(s.normal, view.camera.up()),
                        dot(s.normal, view.camera.backward())};
-    pixel.item = static_cast<int>(hit.item);
+    pixel.prim = view.scene->primIdOf(hit);
+    pixel.placement = hit.placement;
+    pixel.item = hit.item;
     pixel.element = static_cast<int>(s.face);
-    pixel.instance = view.scene->items()[hit.item].item->instanceIndex;
+    pixel.instance = view.scene->instanceIndexOf(hit);
     return pixel;
 }
 
@@ -172,7 +174,8 @@ FrameView::FrameView(std::shared_ptr<const TraceScene> tracedScene, const FrameS
 bool toHit(const RTCRayHit& ray, SurfaceHit& hit)
 {
     if (ray.hit.geomID == RTC_INVALID_GEOMETRY_ID) return false;
-    hit.item = ray.hit.instID[0];
+    hit.placement = ray.hit.instID[0];
+    hit.item = ray.hit.geomID;
     hit.primitive = ray.hit.primID;
     hit.u = ray.hit.u;
     hit.v = ray.hit.v;

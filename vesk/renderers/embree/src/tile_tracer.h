@@ -33,12 +33,6 @@ struct FrameView
     FrameLights lights;
     Grid grid;
     Material defaultMaterial;
-
-    const Material& materialOf(const SurfaceHit& hit) const
-    {
-        const std::optional<Material>& material = scene->items()[hit.item].item->material;
-        return material ? *material : defaultMaterial;
-    }
 };
 
 /// Adds samples [first, last) of each pixel of a tile to a film.

@@ -1,90 +1,39 @@
 #pragma once
 
+#include "built_scenes.h"
 #include "scene_snapshot.h"
 
-#include <embree3/rtcore.h>
-
-#include <map>
-#include <memory>
-#include <mutex>
-
 namespace vesk::renderers::embree {
-
-/// Owns one Embree device. Thread: any.
-class Device
-{
-public:
-    /// Throws: `std::runtime_error` when Embree offers no device.
-    Device();
-    ~Device();
-    Device(const Device&) = delete;
-    Device& operator=(const Device&) = delete;
-
-    RTCDevice get() const { return m_device; }
-
-private:
-    RTCDevice m_device;
-};
-
-/// Owns one Embree scene and keeps what its buffers point to.
-class ScenePtr
-{
-public:
-    explicit ScenePtr(RTCScene scene) : m_scene(scene) {}
-    ~ScenePtr() { rtcReleaseScene(m_scene); }
-    ScenePtr(const ScenePtr&) = delete;
-    ScenePtr& operator=(const ScenePtr&) = delete;
-
-    RTCScene get() const { return m_scene; }
-
-private:
-    RTCScene m_scene;
-};
-
-/// Built acceleration structures by shape, so that a shape is built once however often it is placed and
-/// however often the scene around it changes. Thread: any.
-class ShapeScenes
-{
-public:
-    explicit ShapeScenes(std::shared_ptr<Device> device) : m_device(std::move(device)) {}
-
-    /// The scene of a shape, built now or before.
-    std::shared_ptr<ScenePtr> sceneOf(const std::shared_ptr<const Geometry>& geometry);
-
-    /// Forgets shapes that nobody else holds any more.
-    void dropUnused();
-
-    const std::shared_ptr<Device>& device() const { return m_device; }
-
-private:
-    struct Entry
-    {
-        std::weak_ptr<const Geometry> geometry;
-        std::shared_ptr<ScenePtr> scene;
-    };
-    std::shared_ptr<Device> m_device;
-    std::mutex m_mutex;
-    std::map<const Geometry*, Entry> m_entries;
-};
-
-/// How one item stands in the ray tracer's space.
-struct PlacedItem
-{
-    const SceneItem* item = nullptr;
-    Mat3 toWorld;       ///< for directions
-    Mat3 normalToWorld; ///< for normals
-    PXR_NS::GfMatrix4d localToScene{1.0};
-};
 
 /// What a ray hit.
 struct SurfaceHit
 {
-    std::uint32_t item = 0;
+    std::uint32_t placement = 0; ///< number of the placement in the scene
+    std::uint32_t item = 0;      ///< number of the item in its group
     std::uint32_t primitive = 0;
     float u = 0.0f;
     float v = 0.0f;
     float t = 0.0f;
-    Vec3 geometricNormal; ///< local space, not normalised
+    Vec3 geometricNormal; ///< in the group's space, not normalised
+};
+
+/// How the hit item stands in the ray tracer's space.
+struct HitFrame
+{
+    const SceneItem* item = nullptr;
+    PXR_NS::GfMatrix4d toScene{1.0};
+    Mat3 toWorld;            ///< for directions
+    Mat3 normalToWorld;      ///< for normals of the item
+    Mat3 groupNormalToWorld; ///< for normals of the group
+};
+
+/// The hit prim's place in the namespace.
+struct HitNames
+{
+    PXR_NS::SdfPath prim;      ///< as it is seen on the stage
+    PXR_NS::SdfPath instance;  ///< the outermost instance or instancer, empty where there is none
+    PXR_NS::SdfPath prototype; ///< the prim inside the prototype, empty where there is none
+    int instanceIndex = -1;
 };
 
 /// A snapshot ready for ray tracing. Its space is the world moved by `origin`, so that single precision
@@ -93,14 +42,26 @@ class TraceScene
 {
 public:
     /// Builds the acceleration structures on the calling thread and Embree's own.
-    TraceScene(std::shared_ptr<const SceneSnapshot> snapshot, ShapeScenes& shapes);
+    /// \param formerOrigin of the scene before, kept where it still serves: what did not change is shared
+    TraceScene(std::shared_ptr<const SceneSnapshot> snapshot, BuiltScenes& built,
+               const std::optional<PXR_NS::GfVec3d>& formerOrigin = std::nullopt);
 
     const SceneSnapshot& snapshot() const { return *m_snapshot; }
     const PXR_NS::GfVec3d& origin() const { return m_origin; }
-    const std::vector<PlacedItem>& items() const { return m_items; }
 
     /// Half the diagonal of the scene's box, 1 for an empty scene.
     float radius() const { return m_radius; }
+
+    /// Nothing lies farther than this from the origin.
+    float reach() const { return m_reach; }
+
+    const SceneItem& itemOf(const SurfaceHit& hit) const;
+    HitFrame frameOf(const SurfaceHit& hit) const;
+    HitNames namesOf(std::uint32_t placement, std::uint32_t item) const;
+
+    /// A number of the hit prim: copies that a point instancer made of one prim share it.
+    int primIdOf(const SurfaceHit& hit) const;
+    int instanceIndexOf(const SurfaceHit& hit) const { return _placementOf(hit.placement).instanceIndex; }
 
     /// Finds the nearest hit of each ray. Rays of one call should be alike.
     void intersect(RTCRayHit* rays, unsigned count, bool coherent) const;
@@ -109,14 +70,30 @@ public:
     void occluded(RTCRay* rays, unsigned count, bool coherent) const;
 
 private:
-    void _place(const SceneItem& item, ShapeScenes& shapes, RTCDevice device);
+    /// A chunk's share of the scene's numbers.
+    struct Chunk
+    {
+        const SceneChunk* chunk;
+        std::uint32_t firstPlacement;
+        std::uint32_t firstPrim;
+    };
+
+    void _setOrigin(const std::optional<PXR_NS::GfVec3d>& former);
+    const Chunk& _chunkOf(std::uint32_t placement) const { return m_chunks[m_chunkOfPlacement[placement]]; }
+    const Placement& _placementOf(std::uint32_t placement) const
+    {
+        const Chunk& at = _chunkOf(placement);
+        return at.chunk->placements[placement - at.firstPlacement];
+    }
 
     std::shared_ptr<const SceneSnapshot> m_snapshot;
     std::shared_ptr<Device> m_device;
     PXR_NS::GfVec3d m_origin{0.0, 0.0, 0.0};
     float m_radius = 1.0f;
-    std::vector<PlacedItem> m_items;
-    std::vector<std::shared_ptr<ScenePtr>> m_shapeScenes;
+    float m_reach = 1.0f;
+    std::vector<Chunk> m_chunks;
+    std::vector<std::uint32_t> m_chunkOfPlacement;
+    std::vector<std::shared_ptr<const InstanceSet>> m_instances;
     std::unique_ptr<ScenePtr> m_scene;
 };
 

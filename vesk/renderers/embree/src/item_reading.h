@@ -1,0 +1,47 @@
+#pragma once
+
+#include "geometry_cache.h"
+#include "inherited_state.h"
+#include "mesh_extraction.h"
+#include "scene_snapshot.h"
+
+#include <pxr/usd/usd/stage.h>
+
+#include <map>
+#include <optional>
+#include <set>
+
+namespace vesk::renderers::embree {
+
+/// Reads drawable prims: shapes through the cache, materials once each. Lives for one extraction.
+class ItemReader
+{
+public:
+    ItemReader(const PXR_NS::UsdStageRefPtr& stage, const ExtractionRequest& request,
+               PXR_NS::UsdTimeCode time, GeometryCache& cache)
+        : m_stage(stage), m_request(request), m_time(time), m_cache(cache)
+    {}
+
+    /// The prim with its looks; its place in the group is left to the caller. Nothing for a prim that is not
+    /// drawable. \param inPrototype whether the prim lies in a prototype
+    /// Logs: warn, where a drawable prim is broken.
+    std::optional<SceneItem> read(const PXR_NS::UsdPrim& prim, const InheritedState& state, bool inPrototype);
+
+    /// The materials that were read.
+    const std::set<PXR_NS::SdfPath>& materialPaths() const { return m_materialPaths; }
+
+private:
+    std::shared_ptr<const Geometry> _geometryOf(const PXR_NS::UsdPrim& prim, int kind, bool inPrototype);
+    ShapeReading _read(const PXR_NS::UsdPrim& prim, int kind) const;
+    std::shared_ptr<const Material> _materialAt(const PXR_NS::SdfPath& path);
+    void _readSubsets(const PXR_NS::UsdPrim& prim, const InheritedState& state, SceneItem& item);
+
+    PXR_NS::UsdStageRefPtr m_stage;
+    ExtractionRequest m_request;
+    PXR_NS::UsdTimeCode m_time;
+    GeometryCache& m_cache;
+    std::map<PXR_NS::SdfPath, std::shared_ptr<const Material>> m_materials;
+    std::set<PXR_NS::SdfPath> m_materialPaths;
+};
+
+} // namespace vesk::renderers::embree
