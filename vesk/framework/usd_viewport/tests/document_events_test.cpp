@@ -1,3 +1,4 @@
+#include "private_members.h"
 #include "viewport_fixture.h"
 
 #include <tests/support/gate.h>
@@ -236,18 +237,6 @@ TEST_F(DocumentEventsTest, ATimeWithoutADocumentIsKeptAndReportedOnce)
     EXPECT_EQ(log.takeTexts(), std::vector<std::string>{"Getting scene bounds without valid document"});
 }
 
-// Explicit instantiation may name private members: so the tests see who waits without a door in the class.
-std::unordered_map<std::uint32_t, bool>& waitersOf(ViewportModel& model);
-std::mutex& waitMutexOf(ViewportModel& model);
-
-template <std::unordered_map<std::uint32_t, bool> ViewportModel::*Waiters, std::mutex ViewportModel::*Mutex>
-struct WaitState
-{
-    friend std::unordered_map<std::uint32_t, bool>& waitersOf(ViewportModel& model) { return model.*Waiters; }
-    friend std::mutex& waitMutexOf(ViewportModel& model) { return model.*Mutex; }
-};
-template struct WaitState<&ViewportModel::m_frameWaiters, &ViewportModel::m_frameWaitMutex>;
-
 /// Threads that wait for a frame.
 class FrameWaitingTest : public DocumentEventsTest
 {
@@ -255,9 +244,9 @@ protected:
     /// How many threads stand in the map and have not been released.
     std::size_t blockedThreads()
     {
-        const std::lock_guard<std::mutex> lock(waitMutexOf(*model));
+        const std::lock_guard<std::mutex> lock(membersOf(*model).waitMutex);
         std::size_t blocked = 0;
-        for (const auto& [thread, released] : waitersOf(*model))
+        for (const auto& [thread, released] : membersOf(*model).waiters)
             blocked += released ? 0 : 1;
         return blocked;
     }
@@ -281,7 +270,7 @@ TEST_F(FrameWaitingTest, AFrameReleasesTheWaiter)
     untilBlocked(1);
     send(FrameRenderedEvent());
     waiter.get();
-    EXPECT_TRUE(waitersOf(*model).empty());
+    EXPECT_TRUE(membersOf(*model).waiters.empty());
 }
 
 TEST_F(FrameWaitingTest, AFrameBeforeTheWaitIsNotRemembered)
