@@ -7,6 +7,7 @@
 #include <pxr/base/tf/stringUtils.h>
 #include <pxr/base/tf/type.h>
 
+#include <atomic>
 #include <map>
 #include <mutex>
 #include <ostream>
@@ -20,12 +21,16 @@ struct Names
     std::mutex mutex;
     std::map<TfEnum, std::pair<std::string, std::string>> byValue; // name, display name
 
-    /// Returns the names once all registry functions that waited have run.
+    /// Returns the names once all registry functions that waited have run. Later calls leave the registry's
+    /// lock alone: names are asked for while diagnostics are delivered, and registry functions post diagnostics.
     static Names& Get()
     {
-        Names& names = Raw();
-        TfRegistryManager::GetInstance().SubscribeTo<TfEnum>();
-        return names;
+        static std::atomic<bool> subscribed{false};
+        if (!subscribed.load(std::memory_order_acquire)) {
+            TfRegistryManager::GetInstance().SubscribeTo<TfEnum>();
+            subscribed.store(true, std::memory_order_release);
+        }
+        return Raw();
     }
 
     static Names& Raw()
