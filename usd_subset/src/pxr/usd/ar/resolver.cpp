@@ -1,3 +1,4 @@
+#include "pxr/usd/ar/package.h"
 #include "pxr/usd/ar/pathRules.h"
 
 #include <pxr/usd/ar/asset.h>
@@ -67,6 +68,21 @@ ArResolvedPath searchIn(const ArDefaultResolverContext& context, const std::stri
     return ArResolvedPath();
 }
 
+// Resolves a path inside packages from the outermost package to the innermost file.
+ArResolvedPath resolvePackaged(const ArResolvedPath& package, std::string packagedPath)
+{
+    std::string resolved = package;
+    while (!packagedPath.empty() && !resolved.empty()) {
+        const std::pair<std::string, std::string> parts = ArSplitPackageRelativePathOuter(packagedPath);
+        std::string whyNot;
+        const Ar_Package open = Ar_IsPackagePath(resolved) ? Ar_OpenPackage(resolved, &whyNot) : Ar_Package();
+        const bool found = open.asset && Ar_FindZipEntry(*open.entries, parts.first);
+        resolved = found ? ArJoinPackageRelativePath(resolved, parts.first) : std::string();
+        packagedPath = parts.second;
+    }
+    return ArResolvedPath(resolved);
+}
+
 // Applies a rule for plain paths to the outermost package of a packaged one.
 std::string onOuterPath(const std::string& path, const std::function<std::string(const std::string&)>& rule)
 {
@@ -110,8 +126,12 @@ std::string ArResolver::CreateIdentifierForNewAsset(const std::string& assetPath
 
 ArResolvedPath ArResolver::Resolve(const std::string& assetPath) const
 {
-    if (assetPath.empty() || ArIsPackageRelativePath(assetPath)) {
+    if (assetPath.empty()) {
         return ArResolvedPath();
+    }
+    if (ArIsPackageRelativePath(assetPath)) {
+        const std::pair<std::string, std::string> parts = ArSplitPackageRelativePathOuter(assetPath);
+        return resolvePackaged(Resolve(parts.first), parts.second);
     }
     ArResolvedPath found = existing(assetPath);
     if (found || !Ar_IsRelativePath(assetPath) || Ar_IsFileRelativePath(assetPath)) {
@@ -130,7 +150,7 @@ ArResolvedPath ArResolver::Resolve(const std::string& assetPath) const
 
 ArResolvedPath ArResolver::ResolveForNewAsset(const std::string& assetPath) const
 {
-    return ArResolvedPath(assetPath.empty() ? assetPath : Ar_AbsolutePath(assetPath));
+    return ArResolvedPath(onOuterPath(assetPath, &Ar_AbsolutePath));
 }
 
 void ArResolver::BindContext(const ArResolverContext& context, VtValue*)
@@ -157,7 +177,7 @@ ArResolverContext ArResolver::CreateDefaultContextForAsset(const std::string& as
     if (assetPath.empty()) {
         return CreateDefaultContext();
     }
-    const std::string path = Ar_AbsolutePath(assetPath);
+    const std::string path = Ar_AbsolutePath(ArSplitPackageRelativePathOuter(assetPath).first);
     return ArResolverContext(ArDefaultResolverContext({path.substr(0, path.rfind('/') + 1)}));
 }
 
@@ -174,7 +194,8 @@ ArResolverContext ArResolver::GetCurrentContext() const
 
 bool ArResolver::IsContextDependentPath(const std::string& assetPath) const
 {
-    return Ar_IsRelativePath(assetPath) && !Ar_IsFileRelativePath(assetPath);
+    const std::string path = ArSplitPackageRelativePathOuter(assetPath).first;
+    return Ar_IsRelativePath(path) && !Ar_IsFileRelativePath(path);
 }
 
 std::string ArResolver::GetExtension(const std::string& assetPath) const
@@ -196,17 +217,25 @@ ArAssetInfo ArResolver::GetAssetInfo(const std::string&, const ArResolvedPath&) 
 
 ArTimestamp ArResolver::GetModificationTimestamp(const std::string&, const ArResolvedPath& resolvedPath) const
 {
-    return ArFilesystemAsset::GetModificationTimestamp(resolvedPath);
+    return ArFilesystemAsset::GetModificationTimestamp(
+        ArResolvedPath(ArSplitPackageRelativePathOuter(resolvedPath).first));
 }
 
 std::shared_ptr<ArAsset> ArResolver::OpenAsset(const ArResolvedPath& resolvedPath) const
 {
-    return ArFilesystemAsset::Open(resolvedPath);
+    return ArIsPackageRelativePath(resolvedPath) ? Ar_OpenPackagedAsset(resolvedPath)
+                                                 : ArFilesystemAsset::Open(resolvedPath);
 }
 
 bool ArResolver::CanWriteAssetToPath(const ArResolvedPath& resolvedPath, std::string* whyNot) const
 {
     const std::string& path = resolvedPath.GetPathString();
+    if (ArIsPackageRelativePath(path)) {
+        if (whyNot) {
+            *whyNot = "Files inside packages are not written";
+        }
+        return false;
+    }
     const std::string directory = path.substr(0, path.rfind('/') + 1);
     const bool exists = Ar_PathExists(path);
     const bool writable = access(exists ? path.c_str() : directory.c_str(), W_OK) == 0;

@@ -17,21 +17,40 @@ std::string anchorInside(const std::string& packaged, const std::string& assetPa
     return std::filesystem::path(directory + assetPath).lexically_normal().string();
 }
 
+// A package whose root layer is a package again: goes down to the innermost one.
+std::pair<std::string, std::string> rootOf(std::string package)
+{
+    std::string first;
+    SdfFileFormatConstPtr format = SdfFileFormat::FindByExtension(package);
+    while (format && format->IsPackage()) {
+        if (!first.empty()) {
+            package = ArJoinPackageRelativePath(package, first);
+        }
+        first = format->GetPackageRootLayerPath(package);
+        format = SdfFileFormat::FindByExtension(first);
+    }
+    return {package, first};
+}
+
+bool exists(const std::string& path) { return !ArGetResolver().Resolve(path).IsEmpty(); }
+
 // The path inside the package of the anchor, or an empty one where the anchor is in none or nothing is there.
+// What could lie in a search path is sought beside the anchor, then beside the package's root layer.
 std::string packagedPath(const SdfLayerHandle& anchor, const std::string& assetPath)
 {
     const std::string& real = anchor->GetRealPath();
-    std::pair<std::string, std::string> parts = ArSplitPackageRelativePathInner(real);
-    if (anchor->GetFileFormat()->IsPackage()) {
-        parts = {real, anchor->GetFileFormat()->GetPackageRootLayerPath(real)};
-    }
+    const std::pair<std::string, std::string> parts =
+        anchor->GetFileFormat()->IsPackage() ? rootOf(real) : ArSplitPackageRelativePathInner(real);
     if (parts.second.empty() || assetPath.front() == '/') {
         return std::string();
     }
-    const std::string anchored =
-        ArJoinPackageRelativePath(parts.first, anchorInside(parts.second, assetPath));
-    const bool fixed = assetPath.front() == '.';
-    return fixed || !ArGetResolver().Resolve(anchored).IsEmpty() ? anchored : std::string();
+    std::string anchored = ArJoinPackageRelativePath(parts.first, anchorInside(parts.second, assetPath));
+    if (assetPath.front() == '.' || exists(anchored)) {
+        return anchored;
+    }
+    const std::pair<std::string, std::string> root = rootOf(parts.first);
+    anchored = ArJoinPackageRelativePath(root.first, anchorInside(root.second, assetPath));
+    return exists(anchored) ? anchored : std::string();
 }
 
 } // namespace

@@ -1,12 +1,15 @@
 #include "pxr/usd/sdf/wholeFile.h"
 
+#include "pxr/usd/sdf/safeOutput.h"
+
+#include <pxr/usd/ar/asset.h>
+#include <pxr/usd/ar/packageUtils.h>
+#include <pxr/usd/ar/resolver.h>
+
 #include <cerrno>
-#include <cstdio>
-#include <cstdlib>
 #include <cstring>
 #include <fcntl.h>
 #include <memory>
-#include <new>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -28,12 +31,6 @@ public:
         }
     }
     int Get() const { return _fd; }
-    int Release()
-    {
-        const int fd = _fd;
-        _fd = -1;
-        return fd;
-    }
 
 private:
     int _fd;
@@ -47,43 +44,29 @@ bool fail(std::string* whyNot, const std::string& reason)
 
 std::string reasonOf(int error) { return std::strerror(error); }
 
-bool writeAll(int fd, const std::string& bytes)
+// Reads a file that lies in a package.
+bool readPackaged(const std::string& path, std::string* bytes, std::string* whyNot)
 {
-    for (size_t done = 0; done < bytes.size();) {
-        const ssize_t n = write(fd, bytes.data() + done, bytes.size() - done);
-        if (n < 0 && errno == EINTR) {
-            continue;
-        }
-        if (n <= 0) {
-            return false;
-        }
-        done += static_cast<size_t>(n);
+    const std::shared_ptr<ArAsset> asset = ArGetResolver().OpenAsset(ArResolvedPath(path));
+    if (!asset) {
+        return fail(whyNot, "there is no such file in the package that could be read");
     }
-    return true;
-}
-
-// A link is followed, so that the file that it names is replaced and not the link.
-std::string followLinks(const std::string& path)
-{
-    const std::unique_ptr<char, void (*)(void*)> real(realpath(path.c_str(), nullptr), &std::free);
-    return real ? std::string(real.get()) : path;
-}
-
-mode_t modeFor(const std::string& path)
-{
-    struct stat status;
-    if (stat(path.c_str(), &status) == 0) {
-        return status.st_mode & 07777;
+    try {
+        bytes->resize(asset->GetSize());
+    } catch (const std::exception&) {
+        return fail(whyNot, "there is not enough memory to read it");
     }
-    const mode_t mask = umask(0);
-    umask(mask);
-    return 0666 & ~mask;
+    return asset->Read(bytes->data(), bytes->size(), 0) == bytes->size() ||
+           fail(whyNot, "it became shorter while it was read");
 }
 
 } // namespace
 
 bool Sdf_ReadWholeFile(const std::string& path, std::string* bytes, std::string* whyNot)
 {
+    if (ArIsPackageRelativePath(path)) {
+        return readPackaged(path, bytes, whyNot);
+    }
     if (path.find('\0') != std::string::npos) {
         return fail(whyNot, "its name holds a NUL byte");
     }
@@ -117,8 +100,13 @@ bool Sdf_ReadWholeFile(const std::string& path, std::string* bytes, std::string*
 
 std::string Sdf_ReadFileStart(const std::string& path, size_t count)
 {
-    const Descriptor file(open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
     std::string bytes(count, '\0');
+    if (ArIsPackageRelativePath(path)) {
+        const std::shared_ptr<ArAsset> asset = ArGetResolver().OpenAsset(ArResolvedPath(path));
+        bytes.resize(asset ? asset->Read(bytes.data(), count, 0) : 0);
+        return bytes;
+    }
+    const Descriptor file(open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
     const ssize_t n = file.Get() < 0 ? -1 : read(file.Get(), bytes.data(), count);
     bytes.resize(n > 0 ? static_cast<size_t>(n) : 0);
     return bytes;
@@ -126,31 +114,12 @@ std::string Sdf_ReadFileStart(const std::string& path, size_t count)
 
 bool Sdf_ReplaceFile(const std::string& path, const std::string& bytes, std::string* whyNot)
 {
-    if (path.find('\0') != std::string::npos) {
-        return fail(whyNot, "its name holds a NUL byte");
-    }
-    const std::string target = followLinks(path);
-    struct stat status;
-    if (stat(target.c_str(), &status) == 0 && !S_ISREG(status.st_mode)) {
-        return fail(whyNot, S_ISDIR(status.st_mode) ? "it is a directory" : "it is not a regular file");
-    }
-    if (access(target.c_str(), F_OK) == 0 && access(target.c_str(), W_OK) != 0) {
-        return fail(whyNot, reasonOf(errno));
-    }
-    std::string aside = target + ".XXXXXX";
-    Descriptor file(mkostemp(aside.data(), O_CLOEXEC));
-    if (file.Get() < 0) {
-        return fail(whyNot, reasonOf(errno));
-    }
-    const bool written = fchmod(file.Get(), modeFor(target)) == 0 && writeAll(file.Get(), bytes);
-    const int writeError = errno;
-    const bool closed = close(file.Release()) == 0;
-    if (!written || !closed || rename(aside.c_str(), target.c_str()) != 0) {
-        *whyNot = reasonOf(written ? errno : writeError);
-        unlink(aside.c_str());
+    Sdf_SafeOutput output;
+    if (!output.Open(path, whyNot)) {
         return false;
     }
-    return true;
+    output.Write(bytes.data(), bytes.size());
+    return output.Commit(whyNot);
 }
 
 PXR_NAMESPACE_CLOSE_SCOPE

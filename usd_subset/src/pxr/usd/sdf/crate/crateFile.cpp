@@ -66,13 +66,13 @@ Sdf_CrateFile::Sdf_CrateFile(const std::string& name, const std::shared_ptr<ArAs
 void Sdf_CrateFile::_ReadHeader()
 {
     Sdf_CrateCursor cursor(_source, "header", 0, _source.GetSize());
-    cursor.Need(kSdf_CrateHeaderSize);
     char magic[kSdf_CrateMagicSize];
     cursor.CopyTo(magic, sizeof magic);
     if (std::memcmp(magic, kSdf_CrateMagic, sizeof magic) != 0) {
         cursor.Seek(0);
         cursor.Fail("\"PXR-USDC\" is expected");
     }
+    cursor.Need(kSdf_CrateHeaderSize - kSdf_CrateMagicSize);
     cursor.CopyTo(_version.numbers, sizeof _version.numbers);
     if (_version.numbers[0] != kSdf_CrateNewestVersion.numbers[0] ||
         _version.numbers[1] > kSdf_CrateNewestVersion.numbers[1]) {
