@@ -1,10 +1,14 @@
 #include "program.h"
 
+#include "replay/observed_renderer.h"
 #include "replay/operations.h"
 #include "replay/session.h"
 
 #include <apps/support/errors.h>
+#include <apps/support/interruption.h>
 #include <apps/support/outputs.h>
+
+#include <vesk/framework/hydra_renderer/renderer_registry.h>
 
 #include <algorithm>
 #include <fstream>
@@ -12,6 +16,7 @@
 #include <ostream>
 #include <sstream>
 #include <system_error>
+#include <unistd.h>
 
 namespace vesk::cli {
 namespace {
@@ -45,7 +50,14 @@ Json readScript(const std::string& path)
     }
 }
 
-ScriptStep readStep(const Json& step, std::size_t index)
+void requireRenderer(const std::string& id)
+{
+    const auto known = framework::hydra_renderer::registeredRendererIds();
+    if (std::find(known.begin(), known.end(), id) == known.end() || id == replay::kObservedRendererId)
+        throw UsageError("there is no renderer '" + id + "'; vesk --version lists them");
+}
+
+ScriptStep readStep(const Json& step, std::size_t index, const std::string& renderer)
 {
     const std::string where = "step " + std::to_string(index) + ": ";
     if (!step.is_object() || !step.contains("op") || !step["op"].is_string()) {
@@ -60,19 +72,22 @@ ScriptStep readStep(const Json& step, std::size_t index)
         throw UsageError(where + "'" + name + "' has no argument '" + item.key() + "'");
     }
     try {
-        return {name, found->second.read(replay::Arguments(step))};
+        Json complete = step;
+        // A construction that names no renderer takes the one of the command line.
+        if (name == "construct" && !step.contains("renderer")) complete["renderer"] = renderer;
+        return {name, found->second.read(replay::Arguments(complete))};
     } catch (const UsageError& error) {
         throw UsageError(where + "'" + name + "': " + error.what());
     }
 }
 
-std::vector<ScriptStep> readSteps(const std::string& path)
+std::vector<ScriptStep> readSteps(const std::string& path, const std::string& renderer)
 {
     const Json script = readScript(path);
     if (!script.is_array()) throw UsageError("the script '" + path + "' must be an array of steps");
     std::vector<ScriptStep> steps;
     for (std::size_t i = 0; i < script.size(); ++i)
-        steps.push_back(readStep(script[i], i));
+        steps.push_back(readStep(script[i], i, renderer));
     return steps;
 }
 
@@ -82,11 +97,12 @@ void play(const ReplayArguments& arguments, const std::vector<ScriptStep>& steps
     if (steps.empty() || steps.front().operation != "construct") {
         replay::Construction how;
         how.renderer = arguments.renderer;
-        session.construct(how);
-        session.forget();
+        session.constructUnseen(how);
     }
-    for (const ScriptStep& step : steps)
+    for (const ScriptStep& step : steps) {
+        apps::Interruption::check();
         session.step(step.operation, step.action, out);
+    }
     session.step(
         "end", [](replay::Session& s) { return s.runTasks(), Json(); }, out);
 }
@@ -94,7 +110,7 @@ void play(const ReplayArguments& arguments, const std::vector<ScriptStep>& steps
 /// Writes the whole session aside and renames it, so that a failed one leaves no file.
 void writeWhole(const std::string& path, const std::string& text)
 {
-    const std::string aside = path + ".partial";
+    const std::string aside = path + "." + std::to_string(::getpid()) + ".partial";
     std::error_code error;
     {
         std::ofstream file(aside, std::ios::binary);
@@ -112,7 +128,8 @@ void writeWhole(const std::string& path, const std::string& text)
 
 void runReplay(const ReplayArguments& arguments, std::ostream& out)
 {
-    const std::vector<ScriptStep> steps = readSteps(arguments.script);
+    requireRenderer(arguments.renderer);
+    const std::vector<ScriptStep> steps = readSteps(arguments.script, arguments.renderer);
     if (arguments.output.empty()) return play(arguments, steps, out);
     apps::requireWritable(arguments.output);
     std::ostringstream text;

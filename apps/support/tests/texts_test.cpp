@@ -4,6 +4,9 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
+#include <cstdint>
+#include <cstring>
 #include <limits>
 
 PXR_NAMESPACE_USING_DIRECTIVE
@@ -55,6 +58,45 @@ TEST(JsonBounds, HasTheCornersOfTheRange)
 {
     EXPECT_EQ(jsonBounds(GfRange3f(GfVec3f(-1, 0, 0.5f), GfVec3f(1, 2, 3))).dump(),
               R"({"empty":false,"min":[-1.0,0.0,0.5],"max":[1.0,2.0,3.0]})");
+}
+
+TEST(JsonLine, WritesEachDecimalWithAsFewDigitsAsReadBackEqual)
+{
+    // 2^89, and a number whose seventeen digits are not all needed.
+    EXPECT_EQ(jsonLine(618970019642690137449562112.0), "6.189700196426902e+26");
+    EXPECT_EQ(jsonLine(9.5e-3), "0.0095");
+    EXPECT_EQ(jsonLine(5e-324), "5e-324");
+    EXPECT_EQ(jsonLine(1.7976931348623157e308), "1.7976931348623157e+308");
+}
+
+TEST(JsonLine, ReadsBackEqualForManyDecimals)
+{
+    std::uint64_t bits = 88172645463325252u;
+    for (int i = 0; i < 20000; ++i) {
+        bits ^= bits << 13;
+        bits ^= bits >> 7;
+        bits ^= bits << 17;
+        double value = 0.0;
+        std::memcpy(&value, &bits, sizeof value);
+        if (!std::isfinite(value)) continue;
+        EXPECT_EQ(Json::parse(jsonLine(value)).get<double>(), value);
+    }
+}
+
+TEST(JsonLine, KeepsDecimalsApartFromWholeNumbers)
+{
+    EXPECT_EQ(jsonLine(Json::array({1.0, -0.0, 100000.0, 1e20, 7})), "[1.0,-0.0,100000.0,1e+20,7]");
+}
+
+TEST(JsonLine, KeepsKeysInOrderAndEmptyThings)
+{
+    const Json json = {{"b", Json::array()}, {"a", Json::object()}, {"c", nullptr}, {"\"", true}};
+    EXPECT_EQ(jsonLine(json), R"({"b":[],"a":{},"c":null,"\"":true})");
+}
+
+TEST(JsonLine, ReplacesBytesThatAreNoUtf8)
+{
+    EXPECT_EQ(jsonLine({{"text", "a\xff"}}), "{\"text\":\"a\xef\xbf\xbd\"}");
 }
 
 TEST(JsonCamera, NamesEveryFieldInOrder)

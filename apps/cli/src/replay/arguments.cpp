@@ -2,6 +2,7 @@
 
 #include <apps/support/errors.h>
 
+#include <algorithm>
 #include <cmath>
 #include <limits>
 
@@ -60,6 +61,15 @@ const Json& requireArray(const Json& value, const std::string& what)
     return value;
 }
 
+void requireKnownKeys(const Json& object, std::initializer_list<const char*> known, const char* what)
+{
+    for (const auto& item : object.items()) {
+        const auto isKey = [&](const char* key) { return item.key() == key; };
+        if (std::none_of(known.begin(), known.end(), isKey))
+            throw UsageError(std::string(what) + " has no field '" + item.key() + "'");
+    }
+}
+
 GfMatrix4d readMatrix(const Json& value, const std::string& what)
 {
     if (!value.is_array() || value.size() != 4) refuse(what, "four rows of four numbers");
@@ -113,6 +123,14 @@ bool setCameraField(GfCamera& camera, const std::string& key, const Json& value,
     else
         return false;
     return true;
+}
+
+VtValue readSetting(const Json& value, const std::string& what)
+{
+    if (value.is_boolean()) return VtValue(value.get<bool>());
+    if (value.is_number_integer()) return VtValue(readInteger(value, what));
+    if (value.is_number()) return VtValue(value.get<double>());
+    return VtValue(readText(value, what));
 }
 
 } // namespace
@@ -247,6 +265,7 @@ std::vector<framework::hydra_renderer::AovCaptureRequest> Arguments::captureRequ
     std::vector<framework::hydra_renderer::AovCaptureRequest> requests;
     for (const Json& element : requireArray(_require(name), name)) {
         const Arguments fields(requireObject(element, name));
+        requireKnownKeys(element, {"path", "aov", "clearColor", "samples"}, "a capture request");
         framework::hydra_renderer::AovCaptureRequest request;
         request.path = fields.text("path");
         request.aov = TfToken(fields.text("aov"));
@@ -257,12 +276,16 @@ std::vector<framework::hydra_renderer::AovCaptureRequest> Arguments::captureRequ
     return requests;
 }
 
-framework::hydra_renderer::RenderParameters Arguments::renderParameters() const
+framework::hydra_renderer::RenderParameters Arguments::renderParameters(const char* name) const
 {
     framework::hydra_renderer::RenderParameters parameters;
-    if (has("samples")) parameters.samples = integer("samples");
-    parameters.untilConverged = flag("untilConverged", true);
-    for (const std::string& aov : texts("aovs"))
+    if (!has(name)) return parameters;
+    const Json& object = requireObject(m_step[name], name);
+    requireKnownKeys(object, {"samples", "untilConverged", "aovs"}, "a set of render parameters");
+    const Arguments fields(object);
+    if (fields.has("samples")) parameters.samples = fields.integer("samples");
+    parameters.untilConverged = fields.flag("untilConverged", true);
+    for (const std::string& aov : fields.texts("aovs"))
         parameters.aovs.emplace_back(aov);
     return parameters;
 }
@@ -280,19 +303,10 @@ std::vector<usd::utils::Param<VtValue>> Arguments::settings(const char* name) co
 {
     std::vector<usd::utils::Param<VtValue>> settings;
     if (!has(name)) return settings;
-    const Json& object = requireObject(m_step[name], name);
-    for (const auto& item : object.items()) {
-        const Json& value = item.value();
-        VtValue held;
-        if (value.is_boolean())
-            held = value.get<bool>();
-        else if (value.is_number_integer())
-            held = readInteger(value, item.key());
-        else if (value.is_number())
-            held = value.get<double>();
-        else
-            held = readText(value, item.key());
-        settings.push_back({item.key(), held});
+    for (const Json& element : requireArray(m_step[name], name)) {
+        requireKnownKeys(requireObject(element, name), {"name", "value"}, "a renderer's setting");
+        const Arguments fields(element);
+        settings.push_back({fields.text("name"), readSetting(fields.value("value"), name)});
     }
     return settings;
 }

@@ -50,9 +50,10 @@ public:
     /// Missing keys keep the defaults of `LightingModel`.
     framework::usd_viewport::LightingModel lighting(const char* name) const;
     std::vector<framework::hydra_renderer::AovCaptureRequest> captureRequests(const char* name) const;
-    framework::hydra_renderer::RenderParameters renderParameters() const;
+    /// Missing keys keep the defaults of `RenderParameters`.
+    framework::hydra_renderer::RenderParameters renderParameters(const char* name) const;
     std::unordered_set<usd::model::Selector, usd::model::SelectorHash> selectors(const char* name) const;
-    /// An object of names and values: booleans, numbers and texts.
+    /// An array of {"name", "value"}; a value is a boolean, a number or a text.
     std::vector<usd::utils::Param<PXR_NS::VtValue>> settings(const char* name) const;
     const apps::Json& value(const char* name) const { return _require(name); }
     bool has(const char* name) const { return m_step.contains(name); }

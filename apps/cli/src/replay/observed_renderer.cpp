@@ -3,6 +3,7 @@
 #include "values.h"
 
 #include <pxr/usd/usd/stage.h>
+#include <vesk/base/error_handling.h>
 #include <vesk/framework/usd_document/usd_document.h>
 
 PXR_NAMESPACE_USING_DIRECTIVE
@@ -210,6 +211,10 @@ private:
 void registerObservedRenderer(std::shared_ptr<Observer> observer, const std::string& rendererId)
 {
     registerRenderer(kObservedRendererId, "Observed", [observer, rendererId](const RendererCreateInfo& info) {
+        if (rendererId == kObservedRendererId) {
+            throw base::error_handling::Exception(std::make_error_code(std::errc::invalid_argument),
+                                                  "a session cannot observe itself; choose another renderer");
+        }
         auto inner = HydraRenderer::create(
             info.eventBus, info.document, info.hwContext, rendererId, info.settings, info.renderSize,
             info.viewportId, info.enableSceneMaterials, info.enableColorCorrection, info.enableAsyncRendering,

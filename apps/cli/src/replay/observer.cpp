@@ -58,38 +58,62 @@ Json Observer::take()
             {"log", std::exchange(m_log, Json::array())}};
 }
 
-void Observer::onCall(const char* operation, Json arguments)
+void Observer::_setPaused(bool paused)
 {
     std::lock_guard<std::mutex> lock(m_mutex);
-    m_calls.push_back({{"op", operation}, {"args", std::move(arguments)}});
+    m_paused = paused;
+}
+
+void Observer::_add(Json& list, Json entry)
+{
+    std::lock_guard<std::mutex> lock(m_mutex);
+    if (!m_paused) list.push_back(std::move(entry));
+}
+
+void Observer::onCall(const char* operation, Json arguments)
+{
+    _add(m_calls, {{"op", operation}, {"args", std::move(arguments)}});
 }
 
 void Observer::onEvent(const std::any& event)
 {
     Json json = eventJson(event);
-    if (json.is_null()) return;
-    std::lock_guard<std::mutex> lock(m_mutex);
-    m_events.push_back(std::move(json));
+    if (!json.is_null()) _add(m_events, std::move(json));
 }
 
-void Observer::onTask(const framework::usd_document::UsdDocument::TaskRecord& task)
-{
-    std::lock_guard<std::mutex> lock(m_mutex);
-    m_tasks.push_back({{"type", static_cast<int>(task.type)}, {"label", task.label}});
-}
+void Observer::onTask(const Json& task) { _add(m_tasks, task); }
 
 void Observer::onLog(const std::string& level, const std::string& text)
 {
-    std::lock_guard<std::mutex> lock(m_mutex);
-    m_log.push_back({{"level", level}, {"text", text}});
+    _add(m_log, {{"level", level}, {"text", text}});
 }
 
-void Observer::watch(framework::usd_document::UsdDocument& document)
+std::shared_ptr<TaskQueue> Observer::watch(framework::usd_document::UsdDocument& document)
 {
     const std::shared_ptr<Observer> self = shared_from_this();
+    const auto queue = std::make_shared<TaskQueue>();
     document.getEventBus()->subscribeListener([self](const std::any& event) { self->onEvent(event); });
-    document.setTaskObserver(
-        [self](const framework::usd_document::UsdDocument::TaskRecord& task) { self->onTask(task); });
+    document.setTaskObserver([self, queue](const framework::usd_document::UsdDocument::TaskRecord& task) {
+        const Json json = {{"type", static_cast<int>(task.type)}, {"label", task.label}};
+        self->onTask(json);
+        queue->add(json);
+    });
+    return queue;
+}
+
+void TaskQueue::add(Json task)
+{
+    std::lock_guard<std::mutex> lock(m_mutex);
+    m_tasks.push_back(std::move(task));
+}
+
+Json TaskQueue::takeFirst()
+{
+    std::lock_guard<std::mutex> lock(m_mutex);
+    if (m_tasks.empty()) return nullptr;
+    Json first = std::move(m_tasks.front());
+    m_tasks.pop_front();
+    return first;
 }
 
 LogObservation::LogObservation(std::shared_ptr<Observer> observer) : m_former(spdlog::default_logger())

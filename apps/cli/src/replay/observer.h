@@ -4,6 +4,7 @@
 
 #include <vesk/framework/usd_document/usd_document.h>
 
+#include <deque>
 #include <memory>
 #include <mutex>
 #include <string>
@@ -12,25 +13,58 @@
 
 namespace vesk::cli::replay {
 
+/// The tasks of one document that are queued and have not run, in their order.
+///
+/// Thread: any.
+class TaskQueue
+{
+public:
+    void add(apps::Json task);
+
+    /// The task that runs first, as {"type", "label"}; null when there is none.
+    apps::Json takeFirst();
+
+private:
+    std::mutex m_mutex;
+    std::deque<apps::Json> m_tasks;
+};
+
 /// Collects what the renderer, the bus, the document and the log see while a session runs.
 ///
 /// Thread: any.
 class Observer : public std::enable_shared_from_this<Observer>
 {
 public:
+    /// While it lives, nothing is collected.
+    class Pause
+    {
+    public:
+        explicit Pause(Observer& observer) : m_observer(observer) { m_observer._setPaused(true); }
+        ~Pause() { m_observer._setPaused(false); }
+        Pause(const Pause&) = delete;
+        Pause& operator=(const Pause&) = delete;
+
+    private:
+        Observer& m_observer;
+    };
+
     /// What came since the last call, under the keys "calls", "events", "tasks" and "log".
     apps::Json take();
 
     void onCall(const char* operation, apps::Json arguments);
     void onEvent(const std::any& event);
-    void onTask(const framework::usd_document::UsdDocument::TaskRecord& task);
+    void onTask(const apps::Json& task);
     void onLog(const std::string& level, const std::string& text);
 
-    /// Watches a document's bus and its queue for as long as the document lives.
-    void watch(framework::usd_document::UsdDocument& document);
+    /// Watches a document's bus and its queue for as long as the document lives; returns what is queued.
+    std::shared_ptr<TaskQueue> watch(framework::usd_document::UsdDocument& document);
 
 private:
+    void _setPaused(bool paused);
+    void _add(apps::Json& list, apps::Json entry);
+
     std::mutex m_mutex;
+    bool m_paused = false;
     apps::Json m_calls = apps::Json::array();
     apps::Json m_events = apps::Json::array();
     apps::Json m_tasks = apps::Json::array();

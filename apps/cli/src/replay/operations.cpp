@@ -90,15 +90,26 @@ Operation future(std::vector<std::string> arguments, Read read)
 
 Json sizeJson(const int (&size)[2]) { return Json::array({size[0], size[1]}); }
 
+/// The edit target of a layer: "root", "session", an identifier, or a path as the root layer would name it.
 UsdEditTarget editTarget(Session& session, const std::string& layer)
 {
     const UsdStagePtr stage = session.stage();
     if (layer.empty()) return UsdEditTarget();
     if (layer == "root") return UsdEditTarget(stage->GetRootLayer());
     if (layer == "session") return UsdEditTarget(stage->GetSessionLayer());
-    const SdfLayerHandle found = SdfLayer::Find(layer);
+    SdfLayerHandle found = SdfLayer::Find(layer);
+    if (!found) found = SdfLayer::FindRelativeToLayer(stage->GetRootLayer(), layer);
     if (!found) throw apps::JobError("no layer '" + layer + "' is open");
     return UsdEditTarget(found);
+}
+
+/// The layer by a text that names it again in every run: anonymous layers have no other.
+Json layerJson(Session& session)
+{
+    const SdfLayerHandle& layer = session.model().getEditTarget().GetLayer();
+    if (!layer) return Json();
+    if (layer == session.stage()->GetSessionLayer()) return "session";
+    return layer->IsAnonymous() ? layer->GetDisplayName() : layer->GetIdentifier();
 }
 
 void addLife(Table& table)
@@ -139,13 +150,13 @@ void addEventsAndTime(Table& table)
                                    return
                                        [time](Session& s) { return s.model().setCurrentTime(time), Json(); };
                                }};
-    table["getEditTarget"] = plain([](ViewportModel& m) { return toJson(m.getEditTarget()); });
-    table["setEditTarget"] = {{"layer"}, [](A a) -> Action {
-                                  const std::string layer = a.text("layer");
-                                  return [layer](Session& s) {
-                                      return s.model().setEditTarget(editTarget(s, layer)), Json();
-                                  };
-                              }};
+    table["getEditTarget"] = {{}, [](A) -> Action { return layerJson; }};
+    table["setEditTarget"] = {
+        {"layer"}, [](A a) -> Action {
+            const std::string layer =
+                a.has("layer") && a.value("layer").is_null() ? std::string() : a.text("layer");
+            return [layer](Session& s) { return s.model().setEditTarget(editTarget(s, layer)), Json(); };
+        }};
 }
 
 void addSwitches(Table& table)
@@ -207,8 +218,8 @@ void addSizes(Table& table)
 
 void addFrames(Table& table)
 {
-    table["renderHydraFrame"] = future({"samples", "untilConverged", "aovs"}, [](A a) {
-        const auto parameters = a.renderParameters();
+    table["renderHydraFrame"] = future({"parameters"}, [](A a) {
+        const auto parameters = a.renderParameters("parameters");
         return [parameters](Session& s) { return s.model().renderHydraFrame(parameters); };
     });
     table["captureHydraFrame"] =

@@ -3,11 +3,12 @@
 #include "observed_renderer.h"
 
 #include <apps/support/errors.h>
+#include <apps/support/interruption.h>
 
 #include <vesk/base/thread_pool.h>
 
-#include <algorithm>
 #include <ostream>
+#include <utility>
 
 PXR_NAMESPACE_USING_DIRECTIVE
 
@@ -38,22 +39,33 @@ void Session::_open(const std::string& scene)
         "stage", [&stage](const UsdDocument::ExecContext& context) { stage = UsdStagePtr(context.stage()); });
     m_documents.back()->runPendingTasks();
     m_stages.push_back(stage);
-    m_observer->watch(*m_documents.back());
+    m_queues.push_back(m_observer->watch(*m_documents.back()));
+}
+
+std::unique_ptr<ViewportModel> Session::_makeModel(const Construction& how)
+{
+    registerObservedRenderer(m_observer, how.renderer);
+    const int renderSize[2] = {how.renderSize[0], how.renderSize[1]};
+    const int viewportSize[2] = {how.viewportSize[0], how.viewportSize[1]};
+    return std::make_unique<ViewportModel>(
+        m_documents.back(), nullptr, kObservedRendererId, std::vector<usd::utils::Param<VtValue>>{},
+        renderSize, viewportSize, how.devicePixelRatio, true, true, false, nullptr, nullptr);
 }
 
 void Session::construct(const Construction& how)
 {
-    const auto known = framework::hydra_renderer::registeredRendererIds();
-    if (std::find(known.begin(), known.end(), how.renderer) == known.end()) {
-        throw apps::UsageError("there is no renderer '" + how.renderer + "'; vesk --version lists them");
+    try {
+        m_model = _makeModel(how);
+    } catch (...) {
+        if (!m_model) constructUnseen(Construction());
+        throw;
     }
-    m_model.reset();
-    registerObservedRenderer(m_observer, how.renderer);
-    const int renderSize[2] = {how.renderSize[0], how.renderSize[1]};
-    const int viewportSize[2] = {how.viewportSize[0], how.viewportSize[1]};
-    m_model = std::make_unique<ViewportModel>(
-        m_documents.back(), nullptr, kObservedRendererId, std::vector<usd::utils::Param<VtValue>>{},
-        renderSize, viewportSize, how.devicePixelRatio, true, true, false, nullptr, nullptr);
+}
+
+void Session::constructUnseen(const Construction& how)
+{
+    const Observer::Pause pause(*m_observer);
+    m_model = _makeModel(how);
 }
 
 void Session::setDocument(const std::string& scene)
@@ -62,17 +74,28 @@ void Session::setDocument(const std::string& scene)
     m_model->setDocument(m_documents.back());
 }
 
+std::size_t Session::_runTasksOf(std::size_t document)
+{
+    std::size_t ran = 0;
+    while (m_documents[document]->runNextTask()) {
+        m_ran.push_back(m_queues[document]->takeFirst());
+        ++ran;
+        // Its continuations go before the next task: a session prints the same each time.
+        base::ThreadPool::defaultPool().waitUntilIdle();
+        apps::Interruption::check();
+    }
+    return ran;
+}
+
 std::size_t Session::runTasks()
 {
     std::size_t total = 0;
     std::size_t ran = 0;
     do {
         ran = 0;
-        for (const auto& document : m_documents)
-            ran += document->runPendingTasks();
+        for (std::size_t i = 0; i < m_documents.size(); ++i)
+            ran += _runTasksOf(i);
         total += ran;
-        // A continuation of these tasks may queue further ones.
-        base::ThreadPool::defaultPool().waitUntilIdle();
     } while (ran > 0);
     return total;
 }
@@ -99,22 +122,21 @@ void Session::step(const std::string& operation, const Action& action, std::ostr
     Json line = {{"step", m_step}, {"op", operation}, {"result", nullptr}};
     try {
         line["result"] = action(*this);
-    } catch (const apps::UsageError&) {
-        throw;
     } catch (...) {
+        apps::Interruption::check();
         line["error"] = errorJson(std::current_exception());
     }
     base::ThreadPool::defaultPool().waitUntilIdle();
 
     const Json completed = _takeCompleted();
     if (!completed.empty()) line["completed"] = completed;
+    if (!m_ran.empty()) line["ran"] = std::exchange(m_ran, Json::array());
     line["camera"] = apps::jsonCamera(m_model->getViewportCamera());
     line["distanceToCenter"] = apps::jsonNumber(m_model->distanceToCenter());
     line["activeCameraPath"] = m_model->activeCameraPath();
     line["zUp"] = m_model->zUp();
     line.update(m_observer->take());
-    // Bad UTF-8 of a scene must not end the session: it is replaced.
-    out << line.dump(-1, ' ', false, Json::error_handler_t::replace) << "\n";
+    out << apps::jsonLine(line) << "\n";
     ++m_step;
 }
 

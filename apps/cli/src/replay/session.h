@@ -33,13 +33,17 @@ using Action = std::function<apps::Json(Session&)>;
 class Session
 {
 public:
-    /// Opens the scene. The model is made by construct().
+    /// Opens the scene. The model is made by construct() or constructUnseen().
     /// Throws: `JobError` when the scene cannot be opened.
     explicit Session(const std::string& scene);
 
-    /// Makes the model anew.
-    /// Throws: `UsageError` for an unknown renderer; what the constructor of the model throws.
+    /// Makes the model anew. When that fails, the former model stays; a session without one gets the usual
+    /// one, unseen, so that the session can go on.
+    /// Throws: what the constructor of the model throws.
     void construct(const Construction& how);
+
+    /// Makes the model without showing what the renderer was told meanwhile.
+    void constructUnseen(const Construction& how);
 
     framework::usd_viewport::ViewportModel& model() { return *m_model; }
     framework::usd_document::UsdDocument& document() { return *m_documents.back(); }
@@ -51,7 +55,8 @@ public:
     void setDocument(const std::string& scene);
 
     /// Runs the queued tasks of all documents, the oldest document first, until none is left; returns how
-    /// many ran.
+    /// many ran. The step's line names them.
+    /// Throws: `JobError` when the user has interrupted the program.
     std::size_t runTasks();
 
     /// Remembers a future; its end stands in the line that completed it. Returns "pending", or "empty" for a
@@ -67,9 +72,6 @@ public:
 
     /// Does one step and prints its line.
     void step(const std::string& operation, const Action& action, std::ostream& out);
-
-    /// Forgets what has been observed so far.
-    void forget() { m_observer->take(); }
 
 private:
     struct Pending
@@ -90,14 +92,18 @@ private:
     }
 
     void _open(const std::string& scene);
+    std::unique_ptr<framework::usd_viewport::ViewportModel> _makeModel(const Construction& how);
+    std::size_t _runTasksOf(std::size_t document);
     apps::Json _takeCompleted();
 
     std::shared_ptr<Observer> m_observer;
     LogObservation m_log;
     std::vector<std::shared_ptr<framework::usd_document::UsdDocument>> m_documents;
+    std::vector<std::shared_ptr<TaskQueue>> m_queues; ///< one of each document
     std::vector<PXR_NS::UsdStagePtr> m_stages;
     std::unique_ptr<framework::usd_viewport::ViewportModel> m_model;
     std::vector<Pending> m_pending;
+    apps::Json m_ran = apps::Json::array();
     int m_step = 0;
 };
 

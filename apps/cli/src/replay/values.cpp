@@ -3,8 +3,6 @@
 #include <vesk/framework/hydra_renderer/frame_rendered_event.h>
 #include <vesk/framework/usd_document/stage_changes_event.h>
 
-#include <pxr/usd/sdf/layer.h>
-
 #include <algorithm>
 #include <system_error>
 
@@ -48,6 +46,15 @@ Json materialJson(const GlfSimpleMaterial& material)
             {"shininess", jsonNumber(material.GetShininess())}};
 }
 
+Json settingJson(const VtValue& value)
+{
+    if (value.IsHolding<bool>()) return value.UncheckedGet<bool>();
+    if (value.IsHolding<int>()) return value.UncheckedGet<int>();
+    if (value.IsHolding<double>()) return jsonNumber(value.UncheckedGet<double>());
+    if (value.IsHolding<std::string>()) return value.UncheckedGet<std::string>();
+    return nullptr;
+}
+
 } // namespace
 
 Json toJson(bool value) { return value; }
@@ -74,27 +81,12 @@ Json toJson(const std::vector<SdfPath>& value)
     return paths;
 }
 
-Json toJson(const UsdEditTarget& value)
-{
-    const SdfLayerHandle& layer = value.GetLayer();
-    return layer ? Json(layer->GetIdentifier()) : Json();
-}
-
 Json toJson(const std::vector<usd::utils::Param<VtValue>>& settings)
 {
-    Json object = Json::object();
-    for (const auto& setting : settings) {
-        const VtValue& value = setting.value;
-        if (value.IsHolding<bool>())
-            object[setting.name] = value.UncheckedGet<bool>();
-        else if (value.IsHolding<int>())
-            object[setting.name] = value.UncheckedGet<int>();
-        else if (value.IsHolding<double>())
-            object[setting.name] = jsonNumber(value.UncheckedGet<double>());
-        else if (value.IsHolding<std::string>())
-            object[setting.name] = value.UncheckedGet<std::string>();
-    }
-    return object;
+    Json list = Json::array();
+    for (const auto& setting : settings)
+        list.push_back({{"name", setting.name}, {"value", settingJson(setting.value)}});
+    return list;
 }
 
 Json toJson(const usd::hydra_renderer::LightingInfo& value)
@@ -176,7 +168,7 @@ Json errorJson(const std::exception_ptr& error)
     } catch (const std::system_error& failure) {
         return {{"category", failure.code().category().name()},
                 {"code", failure.code().value()},
-                {"message", failure.code().message()}};
+                {"message", failure.what()}};
     } catch (const std::exception& failure) {
         return {{"category", ""}, {"code", 0}, {"message", failure.what()}};
     } catch (...) {

@@ -14,7 +14,6 @@
 #include <pxr/base/gf/vec4i.h>
 #include <pxr/base/tf/token.h>
 #include <pxr/usd/sdf/path.h>
-#include <pxr/usd/usd/editTarget.h>
 
 #include <any>
 #include <exception>
@@ -32,7 +31,6 @@ apps::Json toJson(const PXR_NS::GfMatrix4f& value);
 apps::Json toJson(const PXR_NS::SdfPath& value);
 apps::Json toJson(const PXR_NS::TfToken& value);
 apps::Json toJson(const std::vector<PXR_NS::SdfPath>& value);
-apps::Json toJson(const PXR_NS::UsdEditTarget& value);
 apps::Json toJson(const std::vector<usd::utils::Param<PXR_NS::VtValue>>& settings);
 apps::Json toJson(const usd::hydra_renderer::LightingInfo& value);
 apps::Json toJson(const framework::usd_viewport::LightingModel& value);

@@ -7,6 +7,8 @@
 
 #include <nlohmann/json.hpp>
 
+#include <string>
+
 namespace vesk::apps {
 
 /// JSON whose keys keep the order in which they were written.
@@ -29,5 +31,10 @@ Json jsonBounds(const PXR_NS::GfRange3f& bounds);
 /// and offsets and focal length (tenths of a scene unit), fStop, focusDistance and clippingRange (scene
 /// units).
 Json jsonCamera(const PXR_NS::GfCamera& camera);
+
+/// The JSON on one line, as a session's line is printed. A decimal is the shortest text that reads back equal,
+/// always with a point or an exponent, so that it stays a decimal (and -0.0 keeps its sign). Bytes that are
+/// no UTF-8 are replaced.
+std::string jsonLine(const Json& json);
 
 } // namespace vesk::apps
