@@ -3,17 +3,18 @@
 #include "vec3.h"
 
 #include <cstdint>
+#include <string>
 #include <vector>
 
 namespace vesk::renderers::embree {
 
-/// How the values of a primvar spread over a surface. `varying` is `Vertex` here: they agree for what is
-/// drawn.
+/// How the values of a primvar spread over a surface.
 enum class Interpolation : std::uint8_t
 {
     None,
     Constant,
     Uniform,
+    Varying, ///< linear between points; `Vertex` follows the surface where it is subdivided
     Vertex,
     FaceVarying
 };
@@ -26,6 +27,13 @@ struct Primvar
     Interpolation interpolation = Interpolation::None;
 
     bool empty() const { return interpolation == Interpolation::None; }
+};
+
+/// A primvar that a material reads by its name, such as texture coordinates.
+struct NamedPrimvar
+{
+    std::string name;
+    Primvar<Vec4> values;
 };
 
 enum class GeometryKind : std::uint8_t
@@ -59,8 +67,9 @@ struct Geometry
     Primvar<Vec3> normals;
     Primvar<Vec3> colors;
     Primvar<float> opacities;
-    std::size_t faceCount = 0; ///< of the authored shape: faces, curves or points
-    Vec3 lower;                ///< the corners of the box around the shape
+    std::vector<NamedPrimvar> primvars; ///< those that materials read
+    std::size_t faceCount = 0;          ///< of the authored shape: faces, curves or points
+    Vec3 lower;                         ///< the corners of the box around the shape
     Vec3 upper;
 
     /// Makes unit normals at the faces' corners for a surface without normals of its own: the mean of the
@@ -82,6 +91,7 @@ T interpolate(const Geometry& geometry, const Primvar<T>& primvar, std::uint32_t
     switch (primvar.interpolation) {
     case Interpolation::Uniform:
         return primvar.values[geometry.faces[triangle]];
+    case Interpolation::Varying:
     case Interpolation::Vertex: {
         const Triangle& t = geometry.triangles[triangle];
         return primvar.values[t.point[0]] * w + primvar.values[t.point[1]] * u +

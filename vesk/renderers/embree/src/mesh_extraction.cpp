@@ -1,115 +1,24 @@
 #include "mesh_extraction.h"
 
+#include "mesh_topology.h"
 #include "stage_reading.h"
+#include "subdivision.h"
 
 #include <pxr/base/vt/array.h>
 #include <pxr/base/vt/types.h>
 
-#include <numeric>
-#include <unordered_set>
+#include <algorithm>
 
 PXR_NAMESPACE_USING_DIRECTIVE
 
 namespace vesk::renderers::embree {
 namespace {
 
-struct Topology
-{
-    VtIntArray counts;
-    VtIntArray indices;
-    std::unordered_set<int> holes;
-    bool leftHanded = false;
-};
-
-Topology readTopology(const UsdPrim& prim, UsdTimeCode time)
-{
-    Topology t;
-    t.counts = readAttribute(prim, "faceVertexCounts", time, VtIntArray());
-    t.indices = readAttribute(prim, "faceVertexIndices", time, VtIntArray());
-    for (const int hole : readAttribute(prim, "holeIndices", time, VtIntArray())) {
-        t.holes.insert(hole);
-    }
-    t.leftHanded = readAttribute(prim, "orientation", time, TfToken("rightHanded")) == "leftHanded";
-    return t;
-}
-
-std::string problemOf(const Topology& t, const std::vector<Vec3>& points)
-{
-    std::int64_t sum = 0;
-    for (const int count : t.counts) {
-        if (count < 0) return "has a face with a negative number of corners";
-        sum += count;
-    }
-    if (sum != static_cast<std::int64_t>(t.indices.size())) {
-        return "has face vertex counts that do not sum to the number of its face vertex indices";
-    }
-    for (const int index : t.indices) {
-        if (index < 0 || static_cast<std::size_t>(index) >= points.size()) {
-            return "has a face vertex index out of range";
-        }
-    }
-    for (const Vec3& p : points) {
-        if (!isFinite(p)) return "has a point that is not finite";
-    }
-    return {};
-}
-
-// Edge i of a triangle lies between its corners i and i + 1; of a fan only the rim bounds the face.
-std::uint8_t fanEdges(int triangle, int count)
-{
-    std::uint8_t edges = 0b010;
-    if (triangle == 0) edges |= 0b001;
-    if (triangle == count - 3) edges |= 0b100;
-    return edges;
-}
-
-void addFace(Geometry& g, const Topology& t, std::uint32_t face, std::uint32_t firstCorner)
-{
-    const int count = t.counts[face];
-    for (int i = 0; i + 2 < count; ++i) {
-        std::uint32_t corner[3] = {firstCorner, firstCorner + static_cast<std::uint32_t>(i) + 1,
-                                   firstCorner + static_cast<std::uint32_t>(i) + 2};
-        std::uint8_t edges = fanEdges(i, count);
-        if (t.leftHanded) {
-            std::swap(corner[1], corner[2]);
-            edges = static_cast<std::uint8_t>((edges & 0b010) | ((edges & 1) << 2) | ((edges >> 2) & 1));
-        }
-        Triangle triangle;
-        for (int k = 0; k < 3; ++k) {
-            triangle.point[k] = static_cast<std::uint32_t>(t.indices[corner[k]]);
-            g.corners.push_back(corner[k]);
-        }
-        g.triangles.push_back(triangle);
-        g.faces.push_back(face);
-        g.outlineEdges.push_back(edges);
-    }
-}
-
-void addFaces(Geometry& g, const Topology& t)
-{
-    std::uint32_t corner = 0;
-    for (std::uint32_t face = 0; face < t.counts.size(); ++face) {
-        if (!t.holes.count(static_cast<int>(face))) addFace(g, t, face, corner);
-        corner += static_cast<std::uint32_t>(t.counts[face]);
-    }
-}
-
-bool isSubdivided(const UsdPrim& prim, UsdTimeCode time)
-{
-    const TfToken scheme = readAttribute(prim, "subdivisionScheme", time, TfToken("catmullClark"));
-    return scheme == "catmullClark" || scheme == "loop";
-}
-
 // Faces of a cage that meet more sharply than 60 degrees stand for a form with edges, such as a box.
 constexpr float kSmoothCosine = 0.5f;
 
-// Subdivided surfaces have the normals of their shape, whatever is authored.
-void readNormals(const UsdPrim& prim, UsdTimeCode time, const Topology& t, Geometry& g)
+void readNormals(const UsdPrim& prim, UsdTimeCode time, const MeshTopology& t, Geometry& g)
 {
-    if (isSubdivided(prim, time)) {
-        g.addSmoothNormals(kSmoothCosine);
-        return;
-    }
     for (const char* name : {"primvars:normals", "normals"}) {
         Primvar<Vec3> normals = readVectorPrimvar(prim, name, time);
         if (normals.empty() || !fits(normals, t.counts.size(), g.points.size(), t.indices.size())) continue;
@@ -147,14 +56,23 @@ ShapeReading readMesh(const UsdPrim& prim, UsdTimeCode time)
 {
     ShapeReading reading;
     Geometry& g = reading.geometry;
-    const Topology t = readTopology(prim, time);
+    const MeshTopology t = readTopology(prim, time);
     g.points = readPointPositions(prim, time);
     reading.problem = problemOf(t, g.points);
     if (!reading.problem.empty()) return reading;
     g.faceCount = t.counts.size();
-    addFaces(g, t);
-    readNormals(prim, time, t, g);
     readDisplayPrimvars(prim, time, t.counts.size(), g.points.size(), t.indices.size(), g);
+    // Subdivided surfaces have the normals of their shape, whatever is authored.
+    if (t.isSmooth() && subdivide(g, t)) {
+        reading.drawable = !g.triangles.empty();
+        return reading;
+    }
+    addFaces(g, t);
+    if (t.isSmooth()) {
+        g.addSmoothNormals(kSmoothCosine);
+    } else {
+        readNormals(prim, time, t, g);
+    }
     reading.drawable = !g.triangles.empty();
     return reading;
 }
@@ -299,8 +217,7 @@ ShapeReading readCurves(const UsdPrim& prim, UsdTimeCode time)
         first += count;
     }
     readDisplayPrimvars(prim, time, counts.size(), points.size(), points.size(), g);
-    if (g.colors.interpolation == Interpolation::Vertex ||
-        g.colors.interpolation == Interpolation::FaceVarying) {
+    if (g.colors.interpolation > Interpolation::Uniform) {
         g.colors.values.resize(1);
         g.colors.interpolation = Interpolation::Constant;
     }

@@ -13,7 +13,8 @@ namespace {
 Interpolation toInterpolation(const TfToken& token)
 {
     if (token == "uniform") return Interpolation::Uniform;
-    if (token == "vertex" || token == "varying") return Interpolation::Vertex;
+    if (token == "vertex") return Interpolation::Vertex;
+    if (token == "varying") return Interpolation::Varying;
     if (token == "faceVarying") return Interpolation::FaceVarying;
     return Interpolation::Constant;
 }

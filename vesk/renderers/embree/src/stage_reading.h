@@ -46,6 +46,7 @@ bool fits(const Primvar<T>& primvar, std::size_t faces, std::size_t points, std:
         return !primvar.values.empty();
     case Interpolation::Uniform:
         return primvar.values.size() >= faces;
+    case Interpolation::Varying:
     case Interpolation::Vertex:
         return primvar.values.size() >= points;
     case Interpolation::FaceVarying:

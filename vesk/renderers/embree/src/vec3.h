@@ -54,6 +54,23 @@ inline Vec3 lerp(Vec3 a, Vec3 b, float t) { return a * (1.0f - t) + b * t; }
 inline Vec3 max(Vec3 a, float b) { return {std::max(a.x, b), std::max(a.y, b), std::max(a.z, b)}; }
 inline bool isFinite(Vec3 a) { return std::isfinite(a.x) && std::isfinite(a.y) && std::isfinite(a.z); }
 
+/// Four floats: the value of a primvar of up to four numbers.
+struct Vec4
+{
+    float v[4] = {0.0f, 0.0f, 0.0f, 0.0f};
+};
+
+inline Vec4 operator+(const Vec4& a, const Vec4& b)
+{
+    return {{a.v[0] + b.v[0], a.v[1] + b.v[1], a.v[2] + b.v[2], a.v[3] + b.v[3]}};
+}
+inline Vec4 operator*(const Vec4& a, float s) { return {{a.v[0] * s, a.v[1] * s, a.v[2] * s, a.v[3] * s}}; }
+inline Vec4& operator+=(Vec4& a, const Vec4& b) { return a = a + b; }
+inline bool operator==(const Vec4& a, const Vec4& b)
+{
+    return a.v[0] == b.v[0] && a.v[1] == b.v[1] && a.v[2] == b.v[2] && a.v[3] == b.v[3];
+}
+
 /// A 3x3 matrix for directions, in OpenUSD's row vectors: v * M.
 struct Mat3
 {
