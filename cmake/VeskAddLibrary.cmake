@@ -87,6 +87,24 @@ function(vesk_add_tests)
     gtest_discover_tests(${name} TEST_PREFIX "${prefix}/" DISCOVERY_MODE PRE_TEST PROPERTIES LABELS "${ARG_LABELS}" TIMEOUT 120)
 endfunction()
 
+# vesk_check_headers(header.h ...): builds one source for each of this folder's public headers, which includes it
+# first and twice. A header that leans on another one's includes does not compile.
+function(vesk_check_headers)
+    if(NOT BUILD_TESTING)
+        return()
+    endif()
+    _vesk_names()
+    foreach(header IN LISTS ARGN)
+        set(source "${CMAKE_CURRENT_BINARY_DIR}/headers/${header}.cpp")
+        file(CONFIGURE OUTPUT "${source}" CONTENT "#include <@_path@/@header@>\n#include <@_path@/@header@>\n" @ONLY)
+        list(APPEND sources "${source}")
+    endforeach()
+    add_library(${_target}_headers OBJECT ${sources})
+    vesk_compile_settings(${_target}_headers)
+    target_compile_options(${_target}_headers PRIVATE $<$<CONFIG:Release>:-O0>)
+    target_link_libraries(${_target}_headers PRIVATE ${_target})
+endfunction()
+
 # vesk_add_benchmarks(SOURCES ... [LIBRARIES ...]): one Google Benchmark binary for the library of this folder.
 function(vesk_add_benchmarks)
     if(NOT VESK_BUILD_BENCHMARKS)
