@@ -3,30 +3,7 @@
 namespace vesk::framework::usd_viewport::tests {
 namespace {
 
-static_assert(!std::is_copy_constructible_v<ViewportModel> && !std::is_copy_assignable_v<ViewportModel>);
-static_assert(!std::is_polymorphic_v<ViewportModel>);
-static_assert(
-    std::is_same_v<decltype(std::declval<const ViewportModel&>().viewportSize()), const int (&)[2]>);
-static_assert(std::is_same_v<decltype(std::declval<ViewportModel&>().viewportSize()), const int (&)[2]>);
-static_assert(std::is_same_v<decltype(std::declval<const ViewportModel&>().renderSize()), const int (&)[2]>);
-
-class LifecycleTest : public ViewportTest
-{
-protected:
-    void TearDown() override
-    {
-        other.reset();
-        ViewportTest::TearDown();
-    }
-
-    WatchedDocument& otherDocument()
-    {
-        other = std::make_unique<WatchedDocument>(timeline, kScene, "B");
-        return *other;
-    }
-
-    std::unique_ptr<WatchedDocument> other;
-};
+using LifecycleTest = ViewportTest;
 
 TEST_F(LifecycleTest, StartsWithItsDefaults)
 {
@@ -129,12 +106,6 @@ TEST_F(LifecycleTest, AFailedPolicyCallDestroysTheRenderer)
     EXPECT_EQ(watched.document->getEventBus()->listenerCount(), 2u);
 }
 
-TEST_F(LifecycleTest, NeedsADocument)
-{
-    expectError(ErrEnum::InvalidDocument, [this] { makeModel(nullptr); });
-    EXPECT_EQ(renderer->alive, 1);
-}
-
 TEST_F(LifecycleTest, GivesNewRenderersTheDefaultPolicyOfTheirMoment)
 {
     renderer->take();
@@ -143,25 +114,6 @@ TEST_F(LifecycleTest, GivesNewRenderersTheDefaultPolicyOfTheirMoment)
     const auto second = makeModel();
     EXPECT_EQ(renderer->take(),
               std::vector<std::string>{"setCameraFitPolicy " + std::to_string(CameraUtilCrop)});
-}
-
-TEST_F(LifecycleTest, ClassWideDefaultsAreStoredAsGiven)
-{
-    EXPECT_EQ(ViewportModel::defaultVerticalFieldOfView(), 45.0f);
-    EXPECT_EQ(ViewportModel::defaultCameraFitPolicy(), CameraUtilFit);
-    EXPECT_EQ(static_cast<int>(CameraUtilFit), 2);
-    for (const float degrees : {60.0f, 0.0f, -5.0f, HUGE_VALF}) {
-        ViewportModel::setDefaultVerticalFieldOfView(degrees);
-        EXPECT_EQ(ViewportModel::m_defaultVerticalFieldOfView, degrees);
-    }
-}
-
-TEST_F(LifecycleTest, DestructionLeavesTheBusBeforeTheRendererDies)
-{
-    model.reset();
-    EXPECT_EQ(watched.document->getEventBus()->listenerCount(), 1u);
-    EXPECT_EQ(renderer->destroyed, 1);
-    EXPECT_EQ(timeline.back(), "renderer destroyed");
 }
 
 TEST_F(LifecycleTest, OutlivesItsDocument)
@@ -173,83 +125,6 @@ TEST_F(LifecycleTest, OutlivesItsDocument)
     model->setGfCamera(cameraAt(GfVec3d(1, 2, 3)), "");
     model.reset();
     EXPECT_EQ(renderer->destroyed, 1);
-}
-
-TEST_F(LifecycleTest, SettingTheSameDocumentDoesNothing)
-{
-    forget();
-    model->setDocument(watched.document);
-    expectSilence();
-    EXPECT_EQ(watched.document->getEventBus()->listenerCount(), 2u);
-}
-
-TEST_F(LifecycleTest, SettingAnotherDocumentRebindsInOrder)
-{
-    WatchedDocument& b = otherDocument();
-    forget();
-    std::shared_ptr<UsdDocument> duringCall;
-    std::size_t listenersOfB = 0;
-    renderer->onCall = [&](const std::string&) {
-        duringCall = model->document();
-        listenersOfB = b.document->getEventBus()->listenerCount();
-    };
-    model->setDocument(b.document);
-    renderer->onCall = nullptr;
-    EXPECT_EQ(timeline, (std::vector<std::string>{"renderer setDocument", "B task computeBBox"}));
-    EXPECT_EQ(duringCall, b.document);
-    EXPECT_EQ(listenersOfB, 2u);
-    EXPECT_EQ(watched.document->getEventBus()->listenerCount(), 1u);
-    EXPECT_TRUE(watched.tasks.empty());
-    EXPECT_EQ(renderer->documents.back(), b.document);
-    renderer->documents.clear();
-    model.reset();
-    EXPECT_EQ(b.document->getEventBus()->listenerCount(), 1u);
-}
-
-TEST_F(LifecycleTest, SettingAnotherDocumentKeepsTheCamera)
-{
-    model->setGfCamera(cameraAt(GfVec3d(1, 2, 3)), "");
-    model->setDistanceToCenter(7.0f);
-    model->setZUp(true);
-    model->setDocument(otherDocument().document);
-    EXPECT_EQ(model->getGfCamera(), cameraAt(GfVec3d(1, 2, 3)));
-    EXPECT_EQ(model->distanceToCenter(), 7.0f);
-    EXPECT_TRUE(model->zUp());
-    renderer->documents.clear();
-    model.reset();
-}
-
-TEST_F(LifecycleTest, AfterRebindingOnlyTheNewBusCounts)
-{
-    WatchedDocument& b = otherDocument();
-    model->setDocument(b.document);
-    model->notifyCameraChanged();
-    EXPECT_TRUE(watched.cameraEvents.empty());
-    ASSERT_EQ(b.cameraEvents.size(), 1u);
-    EXPECT_EQ(b.cameraEvents[0].documentId, b.document->getId());
-    renderer->documents.clear();
-    model.reset();
-}
-
-TEST_F(LifecycleTest, RebindsFromADeadDocument)
-{
-    watched.document->getEventBus()->unsubscribeListener(watched.listener);
-    watched.document.reset();
-    WatchedDocument& b = otherDocument();
-    model->setDocument(b.document);
-    EXPECT_EQ(b.document->getEventBus()->listenerCount(), 2u);
-    EXPECT_EQ(labelsOf(b.tasks), std::vector<std::string>{"computeBBox"});
-    renderer->documents.clear();
-    model.reset();
-    EXPECT_EQ(b.document->getEventBus()->listenerCount(), 1u);
-}
-
-TEST_F(LifecycleTest, NoDocumentCanBeSet)
-{
-    model->setDocument(nullptr);
-    EXPECT_EQ(model->document(), nullptr);
-    EXPECT_EQ(watched.document->getEventBus()->listenerCount(), 1u);
-    EXPECT_EQ(log.takeTexts(), std::vector<std::string>{"Getting scene bounds without valid document"});
 }
 
 TEST_F(LifecycleTest, SwitchingTheRendererReachesItTheFirstTimeEvenWithTheSameId)

@@ -47,6 +47,9 @@ struct RendererLog
     /// Runs inside every call, after it has been written down; what it throws leaves the call.
     std::function<void(const std::string& operation)> onCall;
 
+    /// Runs when a renderer is destroyed.
+    std::function<void()> onDestroyed;
+
     /// The lines since the last call of this, oldest first.
     std::vector<std::string> take() { return std::exchange(calls, {}); }
 
@@ -80,6 +83,7 @@ public:
         --m_log->alive;
         ++m_log->destroyed;
         m_log->timeline.push_back("renderer destroyed");
+        if (m_log->onDestroyed) m_log->onDestroyed();
     }
 
     void setDocument(const std::shared_ptr<usd_document::UsdDocument>& document) override

@@ -117,8 +117,7 @@ public:
     /// is
     ///        converged; returning false cancels the frame
     /// \param afterRenderCallback called by the renderer after an image with whether it is converged
-    /// Throws: `Exception` InvalidDocument for a null document, without a log record; what the renderer's
-    /// creation and the bus throw.
+    /// Throws: `std::invalid_argument` for a null document; what the renderer's creation and the bus throw.
     ViewportModel(const std::shared_ptr<vesk::framework::usd_document::UsdDocument>& document,
                   const std::shared_ptr<vesk::framework::hydra_renderer::HWContext>& hwContext,
                   const std::string& rendererId,
