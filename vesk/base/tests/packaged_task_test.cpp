@@ -38,6 +38,38 @@ TEST(PackagedTask, RunsItsCallableOnce)
     EXPECT_EQ(task.getFuture().get(), 1);
 }
 
+TEST(PackagedTask, RunsItsEpilogueBetweenTheCallableAndTheFuture)
+{
+    std::string order;
+    PackagedTask<int(int)> task([&](int value) {
+        order += "call ";
+        return value;
+    });
+    const Future<int> future = task.getFuture();
+    const Future<void> after = future.then(inlineExecutor(), [&](int) { order += "future"; });
+    task.runWithEpilogue([&] { order += future.isReady() ? "late " : "epilogue "; }, 3);
+    EXPECT_EQ(future.get(), 3);
+    after.wait();
+    EXPECT_EQ(order, "call epilogue future");
+}
+
+TEST(PackagedTask, RunsItsEpilogueAfterACallableThatThrows)
+{
+    int epilogues = 0;
+    PackagedTask<void()> task([] { throw std::runtime_error("why"); });
+    task.runWithEpilogue([&] { ++epilogues; });
+    task.runWithEpilogue([&] { ++epilogues; });
+    EXPECT_EQ(epilogues, 1);
+    EXPECT_THROW(task.getFuture().get(), std::runtime_error);
+}
+
+TEST(PackagedTask, EndsItsFutureWithWhatItsEpilogueThrows)
+{
+    PackagedTask<int()> task([] { return 1; });
+    task.runWithEpilogue([] { throw std::runtime_error("why"); });
+    EXPECT_THROW(task.getFuture().get(), std::runtime_error);
+}
+
 TEST(PackagedTask, DestroyedUnrunEndsItsFutureAsABrokenPromise)
 {
     auto captured = std::make_shared<int>(0);

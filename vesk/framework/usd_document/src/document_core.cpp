@@ -5,6 +5,7 @@
 #include <system_error>
 #include <utility>
 
+#include <pxr/base/tf/errorMark.h>
 #include <pxr/base/tf/weakPtr.h>
 #include <pxr/usd/sdf/layer.h>
 #include <pxr/usd/usd/editContext.h>
@@ -166,39 +167,84 @@ bool DocumentCore::_runOne(std::unique_lock<std::mutex>& lock)
     return !flush;
 }
 
+/// One task while it runs: where its edits go, what they were, and which errors the stage posted.
+class DocumentCore::Execution
+{
+public:
+    Execution(DocumentCore& core, QueuedTask& queued) : m_core(core), m_queued(queued)
+    {
+        m_core.m_gatherer->beginTask();
+        m_core.m_execution = this;
+    }
+
+    ~Execution()
+    {
+        m_core.m_execution = nullptr;
+        _logErrors();
+    }
+
+    Execution(const Execution&) = delete;
+    Execution& operator=(const Execution&) = delete;
+
+    /// Returns false, after one record, when the task cannot edit where it is meant to.
+    bool begin()
+    {
+        if (m_queued.type != TaskType::Edit) return true;
+        try {
+            const UsdEditTarget target = m_core._resolve(m_queued.editTarget);
+            m_core.m_recorder.watch(m_core.m_stage, target.GetLayer());
+            m_core.m_recorder.begin();
+            m_target.emplace(m_core.m_stage, target);
+            return true;
+        } catch (const DocumentException& error) {
+            VESK_LOG_ERROR("UsdDocument: the task '{}' was dropped: {}", m_queued.label, error.what());
+            return false;
+        }
+    }
+
+    void settle()
+    {
+        if (std::exchange(m_settled, true)) return;
+        if (m_target) {
+            m_target.reset();
+            _record(m_core.m_recorder.end());
+        }
+        _logErrors();
+        m_core._sendChanges();
+    }
+
+private:
+    void _record(EditList edits)
+    {
+        if (m_core.m_closed) return;
+        const std::string& label = m_queued.group != 0 ? m_queued.groupLabel : m_queued.label;
+        m_core.m_history.record(UndoEntry{label, m_queued.group, std::move(edits)});
+    }
+
+    void _logErrors()
+    {
+        for (const std::string& error : takeStageErrors(m_errors))
+            VESK_LOG_ERROR("UsdDocument: the task '{}' left an error of the stage: {}", m_queued.label,
+                           error);
+    }
+
+    DocumentCore& m_core;
+    QueuedTask& m_queued;
+    TfErrorMark m_errors;
+    std::optional<UsdEditContext> m_target;
+    bool m_settled = false;
+};
+
 void DocumentCore::_runTask(QueuedTask& queued)
 {
-    m_gatherer->beginTask();
-    const std::vector<std::string> errors = collectStageErrors([&] {
-        if (queued.type == TaskType::Edit)
-            _runEdit(queued);
-        else
-            _callTask(queued);
-    });
-    for (const std::string& error : errors)
-        VESK_LOG_ERROR("UsdDocument: the task '{}' left an error of the stage: {}", queued.label, error);
-    _sendChanges();
+    Execution execution(*this, queued);
+    if (execution.begin()) _callTask(queued);
+    execution.settle();
 }
 
-void DocumentCore::_runEdit(QueuedTask& queued)
+void DocumentCore::settleTask()
 {
-    UsdEditTarget target;
-    try {
-        target = _resolve(queued.editTarget);
-    } catch (const DocumentException& error) {
-        VESK_LOG_ERROR("UsdDocument: the task '{}' was dropped: {}", queued.label, error.what());
-        return;
-    }
-    m_recorder.watch(m_stage, target.GetLayer());
-    m_recorder.begin();
-    {
-        const UsdEditContext context(m_stage, target);
-        _callTask(queued);
-    }
-    EditList edits = m_recorder.end();
-    if (m_closed) return;
-    m_history.record(
-        UndoEntry{queued.group != 0 ? queued.groupLabel : queued.label, queued.group, std::move(edits)});
+    if (_isTaskThread() && m_execution) m_execution->settle();
 }
 
 void DocumentCore::_callTask(QueuedTask& queued) noexcept

@@ -57,6 +57,8 @@ public:
     std::size_t dropPending();
     std::size_t pendingCount() const;
     bool runNext();
+    /// Ends the edit that runs on this thread, records it and sends its event; a second call does nothing.
+    void settleTask();
     std::size_t runPending();
     void waitUntilIdle() const;
     void setTaskObserver(UsdDocument::TaskObserver observer);
@@ -86,12 +88,13 @@ private:
         std::string label;
     };
 
+    class Execution;
+
     void _runThread();
     bool _hasWork() const { return !m_queue.empty() || m_flushRequested; }
     /// Runs the first task, or sends what changed outside tasks. The lock is released meanwhile.
     bool _runOne(std::unique_lock<std::mutex>& lock);
     void _runTask(QueuedTask& queued);
-    void _runEdit(QueuedTask& queued);
     void _callTask(QueuedTask& queued) noexcept;
     void _sendChanges();
     void _requestFlush();
@@ -123,6 +126,7 @@ private:
     std::atomic<bool> m_observed{false};
     std::atomic<bool> m_closed{false};
     std::atomic<std::thread::id> m_runner{}; ///< Runs a task now.
+    Execution* m_execution = nullptr;        ///< Of the task that runs; for that thread alone.
     std::thread m_thread;
 };
 

@@ -1,7 +1,6 @@
 #include "stage_errors.h"
 
 #include <pxr/base/tf/error.h>
-#include <pxr/base/tf/errorMark.h>
 
 PXR_NAMESPACE_USING_DIRECTIVE
 
@@ -23,15 +22,20 @@ std::string onOneLine(const std::string& text)
     return line;
 }
 
-std::vector<std::string> collectStageErrors(const std::function<void()>& call)
+std::vector<std::string> takeStageErrors(TfErrorMark& mark)
 {
     std::vector<std::string> errors;
-    TfErrorMark mark;
-    call();
     for (const TfError& error : mark)
         errors.push_back(onOneLine(error.GetCommentary()));
     mark.Clear();
     return errors;
+}
+
+std::vector<std::string> collectStageErrors(const std::function<void()>& call)
+{
+    TfErrorMark mark;
+    call();
+    return takeStageErrors(mark);
 }
 
 } // namespace vesk::framework::usd_document

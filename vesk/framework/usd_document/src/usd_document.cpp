@@ -164,6 +164,8 @@ void UsdDocument::_addTask(std::unique_ptr<Task>&& task, TaskType type, const st
     m_core->post(std::move(queued));
 }
 
+void UsdDocument::_settleTask(DocumentCore& core) { core.settleTask(); }
+
 UsdDocument::ExecContext UsdDocument::_getExecContext() { return m_core->makeContext(); }
 
 const TfRefPtr<UsdStage>& UsdDocument::_getStage() const

@@ -9,6 +9,7 @@
 
 using namespace vesk::framework::usd_document::tests;
 using namespace vesk::framework::usd_document;
+using vesk::base::Future;
 
 namespace {
 
@@ -101,6 +102,48 @@ TEST_F(StageChanges, AreSentAfterTheTaskAndBeforeTheNextOne)
     document->edit("second", [&](const Context&) { order.push_back("second"); });
     document->runPendingTasks();
     EXPECT_EQ(order, (Labels{"first", "event", "second"}));
+}
+
+TEST_F(StageChanges, AreSentAndRecordedBeforeTheFutureOfTheTaskEnds)
+{
+    std::size_t eventsAtTheEnd = 0;
+    Labels labelsAtTheEnd;
+    document->edit("make", [](const Context& context) { context.stage()->DefinePrim(SdfPath("/A")); })
+        .then(vesk::base::inlineExecutor(), [&] {
+            eventsAtTheEnd = events.size();
+            labelsAtTheEnd = document->undoLabels();
+        });
+    document->runPendingTasks();
+    EXPECT_EQ(eventsAtTheEnd, 1u);
+    EXPECT_EQ(labelsAtTheEnd, Labels{"make"});
+    EXPECT_EQ(events.size(), 1u);
+}
+
+TEST_F(StageChanges, OfATaskThatThrowsAreSentBeforeItsFutureEnds)
+{
+    std::size_t eventsAtTheEnd = 0;
+    document
+        ->edit("make and fail",
+               [](const Context& context) {
+                   context.stage()->DefinePrim(SdfPath("/A"));
+                   throw 42;
+               })
+        .recover(vesk::base::inlineExecutor(),
+                 [&](Future<void> end) { eventsAtTheEnd = end.error() ? events.size() : 99; });
+    document->runPendingTasks();
+    EXPECT_EQ(eventsAtTheEnd, 1u);
+}
+
+TEST_F(StageChanges, ThatAContinuationMakesAreNoneOfTheTasks)
+{
+    document->edit("make", [](const Context& context) { context.stage()->DefinePrim(SdfPath("/A")); })
+        .then(vesk::base::inlineExecutor(), [&] { stage->DefinePrim(SdfPath("/B")); });
+    document->runPendingTasks();
+    ASSERT_EQ(events.size(), 2u);
+    EXPECT_EQ(events[1].resyncedPrimPaths.count(SdfPath("/B")), 1u);
+    EXPECT_TRUE(undo());
+    EXPECT_FALSE(stage->GetPrimAtPath(SdfPath("/A")));
+    EXPECT_TRUE(stage->GetPrimAtPath(SdfPath("/B")));
 }
 
 TEST_F(StageChanges, ReachListenersThatPostAndReadUnderNoLock)

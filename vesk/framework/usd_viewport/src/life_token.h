@@ -64,24 +64,31 @@ private:
     bool m_closed = false;
 };
 
+/// One visit to a model, if it lives.
+class LifeVisit
+{
+public:
+    explicit LifeVisit(LifeToken& life) : m_life(life.enter() ? &life : nullptr) {}
+    ~LifeVisit()
+    {
+        if (m_life) m_life->leave();
+    }
+    LifeVisit(const LifeVisit&) = delete;
+    LifeVisit& operator=(const LifeVisit&) = delete;
+
+    explicit operator bool() const { return m_life != nullptr; }
+
+private:
+    LifeToken* const m_life;
+};
+
 /// Wraps work so that it runs only while the model lives; later it ends with "broken promise".
 template <class Work>
 auto whileAlive(std::shared_ptr<LifeToken> life, Work work)
 {
     return [life = std::move(life), work = std::move(work)](auto&&... arguments) {
-        class Visit
-        {
-        public:
-            explicit Visit(LifeToken& token) : m_token(token) {}
-            ~Visit() { m_token.leave(); }
-            Visit(const Visit&) = delete;
-            Visit& operator=(const Visit&) = delete;
-
-        private:
-            LifeToken& m_token;
-        };
-        if (!life->enter()) throw vesk::base::FutureError(vesk::base::FutureErrorCode::BrokenPromise);
-        const Visit visit(*life);
+        const LifeVisit visit(*life);
+        if (!visit) throw vesk::base::FutureError(vesk::base::FutureErrorCode::BrokenPromise);
         return work(std::forward<decltype(arguments)>(arguments)...);
     };
 }

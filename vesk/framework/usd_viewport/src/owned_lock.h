@@ -1,34 +1,66 @@
 #pragma once
 
-#include <atomic>
 #include <mutex>
 #include <system_error>
-#include <thread>
 
 namespace vesk::framework::usd_viewport {
 
-/// Holds a mutex and remembers which thread does, so that the same thread asking again is told instead of
-/// hanging for ever.
+/// Holds a mutex, and lets its thread know that it does: the same thread asking again is told instead of
+/// hanging for ever, and whoever owns the mutex may die while its own thread holds it.
+///
+/// Lives on the stack. Thread: the one that made it.
 class OwnedLock
 {
 public:
     /// Throws: `std::system_error` resource_deadlock_would_occur when this thread already holds the mutex.
-    OwnedLock(std::mutex& mutex, std::atomic<std::thread::id>& owner) : m_owner(owner)
+    explicit OwnedLock(std::mutex& mutex) : m_outer(_innermost())
     {
-        if (owner.load(std::memory_order_relaxed) == std::this_thread::get_id())
+        if (_find(mutex))
             throw std::system_error(std::make_error_code(std::errc::resource_deadlock_would_occur));
-        m_lock = std::unique_lock<std::mutex>(mutex);
-        owner.store(std::this_thread::get_id(), std::memory_order_relaxed);
+        mutex.lock();
+        m_mutex = &mutex;
+        _innermost() = this;
     }
 
-    ~OwnedLock() { m_owner.store(std::thread::id(), std::memory_order_relaxed); }
+    ~OwnedLock()
+    {
+        _innermost() = m_outer;
+        _unlock();
+    }
 
     OwnedLock(const OwnedLock&) = delete;
     OwnedLock& operator=(const OwnedLock&) = delete;
 
+    /// Unlocks the mutex if this thread holds it; the lock that did so has no mutex any more.
+    static void release(std::mutex& mutex)
+    {
+        if (OwnedLock* lock = _find(mutex)) lock->_unlock();
+    }
+
 private:
-    std::unique_lock<std::mutex> m_lock;
-    std::atomic<std::thread::id>& m_owner;
+    void _unlock()
+    {
+        if (!m_mutex) return;
+        m_mutex->unlock();
+        m_mutex = nullptr;
+    }
+
+    // The locks of this thread, newest first.
+    static OwnedLock*& _innermost()
+    {
+        static thread_local OwnedLock* lock = nullptr;
+        return lock;
+    }
+    static OwnedLock* _find(const std::mutex& mutex)
+    {
+        OwnedLock* lock = _innermost();
+        while (lock && lock->m_mutex != &mutex)
+            lock = lock->m_outer;
+        return lock;
+    }
+
+    OwnedLock* const m_outer;
+    std::mutex* m_mutex = nullptr;
 };
 
 } // namespace vesk::framework::usd_viewport

@@ -61,6 +61,8 @@ ViewportModel::ViewportModel(const std::shared_ptr<UsdDocument>& document,
 
 ViewportModel::~ViewportModel()
 {
+    // A listener of a direct write may destroy the model; who waits for the lock has to get through.
+    OwnedLock::release(m_cameraMutex);
     if (const std::shared_ptr<UsdDocument> document = _lockDocument()) _unsubscribe(document);
     m_life->close();
     _releaseFrameWaiters();
@@ -68,8 +70,12 @@ ViewportModel::~ViewportModel()
 
 void ViewportModel::_subscribe(const std::shared_ptr<UsdDocument>& document)
 {
+    // A document that dies meanwhile lets go of its listeners later than of the last reference to it: then
+    // nobody can unsubscribe, and only the token knows that an event is still in the model.
     m_eventListenerId =
-        document->getEventBus()->subscribeListener([this](const std::any& event) { _handleEvent(event); });
+        document->getEventBus()->subscribeListener([this, life = m_life](const std::any& event) {
+            if (const LifeVisit visit(*life); visit) _handleEvent(event);
+        });
 }
 
 void ViewportModel::_unsubscribe(const std::shared_ptr<UsdDocument>& document)

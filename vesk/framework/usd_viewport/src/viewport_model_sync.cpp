@@ -60,7 +60,7 @@ void ViewportModel::_setRendererGfCamera(const TfWeakPtr<UsdStage>& stage, const
     UsdStageRefPtr directStage;
     Future<void> written;
     {
-        const OwnedLock lock(m_cameraMutex, m_cameraMutexOwner);
+        const OwnedLock lock(m_cameraMutex);
         m_interactionCamera = camera;
         if (m_interactionCameraValid) return;
         directStage = TfCreateRefPtrFromProtectedWeakPtr(stage);

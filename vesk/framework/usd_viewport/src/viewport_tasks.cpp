@@ -161,7 +161,7 @@ void ViewportTasks::writeCamera(const Context& context, const SdfPath& path)
 {
     GfCamera camera;
     {
-        const OwnedLock lock(m_model.m_cameraMutex, m_model.m_cameraMutexOwner);
+        const OwnedLock lock(m_model.m_cameraMutex);
         camera = m_model.m_interactionCamera;
         m_model.m_interactionCameraValid = false;
     }

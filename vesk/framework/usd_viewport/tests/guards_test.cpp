@@ -130,27 +130,44 @@ TEST(LifeToken, IsLeftByWorkThatThrows)
 
 TEST(OwnedLock, TellsTheThreadThatHoldsItAlready)
 {
-    std::mutex mutex;
-    std::atomic<std::thread::id> owner{std::thread::id()};
-    const OwnedLock lock(mutex, owner);
+    std::mutex mutex, other;
+    const OwnedLock lock(mutex);
+    const OwnedLock inner(other);
     try {
-        const OwnedLock again(mutex, owner);
+        const OwnedLock again(mutex);
         FAIL();
     } catch (const std::system_error& error) {
         EXPECT_EQ(error.code(), std::make_error_code(std::errc::resource_deadlock_would_occur));
     }
-    EXPECT_EQ(owner.load(), std::this_thread::get_id());
+    EXPECT_FALSE(std::async(std::launch::async, [&] { return mutex.try_lock(); }).get());
 }
 
 TEST(OwnedLock, LetsTheNextThreadIn)
 {
     std::mutex mutex;
-    std::atomic<std::thread::id> owner{std::thread::id()};
     {
-        const OwnedLock lock(mutex, owner);
+        const OwnedLock lock(mutex);
     }
-    std::thread([&] { const OwnedLock lock(mutex, owner); }).join();
-    EXPECT_EQ(owner.load(), std::thread::id());
+    std::thread([&] { const OwnedLock lock(mutex); }).join();
+    const OwnedLock again(mutex);
+}
+
+TEST(OwnedLock, LetsGoOfAMutexThatDiesUnderIt)
+{
+    auto mutex = std::make_unique<std::mutex>();
+    const OwnedLock lock(*mutex);
+    OwnedLock::release(*mutex);
+    EXPECT_TRUE(mutex->try_lock());
+    mutex->unlock();
+    mutex.reset();
+}
+
+TEST(OwnedLock, ReleasesNothingThatAnotherThreadHolds)
+{
+    std::mutex mutex;
+    const OwnedLock lock(mutex);
+    std::thread([&] { OwnedLock::release(mutex); }).join();
+    EXPECT_FALSE(std::async(std::launch::async, [&] { return mutex.try_lock(); }).get());
 }
 
 } // namespace

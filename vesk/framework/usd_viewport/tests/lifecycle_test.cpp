@@ -1,5 +1,7 @@
 #include "viewport_fixture.h"
 
+#include <future>
+
 namespace vesk::framework::usd_viewport::tests {
 namespace {
 
@@ -211,6 +213,38 @@ TEST_F(LifecycleTest, AModelMayDieInsideItsOwnTask)
     watched.document->getEventBus()->unsubscribeListener(killer);
     EXPECT_EQ(model, nullptr);
     EXPECT_EQ(framed.error(), nullptr);
+}
+
+TEST_F(LifecycleTest, AModelMayDieInsideTheListenerOfADirectWrite)
+{
+    follow("/Cam");
+    const std::uint32_t killer =
+        watched.document->getEventBus()->subscribeListener([this](const std::any& event) {
+            if (std::any_cast<ViewportCameraChangedEvent>(&event)) model.reset();
+        });
+    model->setViewportCamera(watched.stage, cameraAt(GfVec3d(1, 2, 3)));
+    watched.document->getEventBus()->unsubscribeListener(killer);
+    EXPECT_EQ(model, nullptr);
+    EXPECT_EQ(row(stageCamera("/Cam"), 3), GfVec3d(1, 2, 3));
+}
+
+TEST_F(LifecycleTest, AModelThatDiesInADirectWriteLetsOtherWritersThrough)
+{
+    follow("/Cam");
+    std::future<void> recomputation;
+    const std::uint32_t killer =
+        watched.document->getEventBus()->subscribeListener([&](const std::any& event) {
+            if (!std::any_cast<ViewportCameraChangedEvent>(&event)) return;
+            // A recomputation's continuation wants the camera on the pool, and the model's death waits for
+            // it.
+            model->recomputeCachedSceneBounds();
+            recomputation = std::async(std::launch::async, [this] { watched.document->runNextTask(); });
+            recomputation.wait();
+            model.reset();
+        });
+    model->setViewportCamera(watched.stage, cameraAt(GfVec3d(1, 2, 3)));
+    watched.document->getEventBus()->unsubscribeListener(killer);
+    EXPECT_EQ(model, nullptr);
 }
 
 } // namespace

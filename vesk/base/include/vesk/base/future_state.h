@@ -59,9 +59,11 @@ public:
     /// True for the first producer that wants to complete the state; the others must leave it alone.
     bool claim() noexcept { return !m_claimed.exchange(true, std::memory_order_relaxed); }
 
+    void storeError(std::exception_ptr error) noexcept { m_error = std::move(error); }
+
     void completeWithError(std::exception_ptr error) noexcept
     {
-        m_error = std::move(error);
+        storeError(std::move(error));
         complete();
     }
 

@@ -16,6 +16,7 @@ class TaskState : public State<R>
 {
 public:
     using State<R>::State;
+    /// Keeps what the callable returns or throws; the future is not ready yet.
     virtual void call(Args... args) noexcept = 0;
     virtual void dropFunction() noexcept = 0;
 };
@@ -37,13 +38,9 @@ public:
             else
                 this->store((*m_function)(std::forward<Args>(args)...));
         } catch (...) {
-            std::exception_ptr error = std::current_exception();
-            m_function.reset();
-            this->completeWithError(std::move(error));
-            return;
+            this->storeError(std::current_exception());
         }
         m_function.reset();
-        this->complete();
     }
 
     void dropFunction() noexcept override { m_function.reset(); }
@@ -96,8 +93,24 @@ public:
     /// the callable throws.
     void operator()(Args... args)
     {
+        runWithEpilogue([] {}, std::forward<Args>(args)...);
+    }
+
+    /// Runs the callable and then the epilogue, and only then fulfils the future: whoever waits for it finds
+    /// the work of both done. What the epilogue throws becomes the future's error. A second run calls
+    /// neither. Throws: FutureError "no state" when empty.
+    template <class Epilogue>
+    void runWithEpilogue(Epilogue&& epilogue, Args... args)
+    {
         if (!m_state) detail::throwNoState();
-        if (m_state->claim()) m_state->call(std::forward<Args>(args)...);
+        if (!m_state->claim()) return;
+        m_state->call(std::forward<Args>(args)...);
+        try {
+            epilogue();
+        } catch (...) {
+            m_state->storeError(std::current_exception());
+        }
+        m_state->complete();
     }
 
 private:

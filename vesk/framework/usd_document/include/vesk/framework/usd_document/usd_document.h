@@ -41,7 +41,8 @@ struct DocumentOptions;
 
 /// Owns a stage and everything that happens to it: reads and edits are queued as tasks and run one after
 /// another on one thread, edits can be undone, and after each task that changed the stage one
-/// StageChangesEvent goes out on the document's bus.
+/// StageChangesEvent goes out on the document's bus. A task's future ends after that: whoever waited for it
+/// finds the edit recorded, and every listener told.
 ///
 /// The document has a task thread of its own, or is in manual mode: then tasks wait until the host calls
 /// runPendingTasks(), on a thread of its choice. A task is always queued, also when it is posted by a task.
@@ -215,6 +216,9 @@ private:
     _exec(F work, TaskType type, const std::string& label,
           const std::variant<PXR_NS::UsdEditTarget, std::string>& editTarget, bool updateDocumentURI = false);
 
+    /// Records and announces what the running task has changed, once its work is done.
+    static void _settleTask(DocumentCore& core);
+
     /// What a task receives; made when the task runs.
     ExecContext _getExecContext();
 
@@ -249,9 +253,10 @@ public:
 
     void run() override
     {
-        // The work may destroy the document: its context keeps alive what it needs.
+        // The work may destroy the document: what is needed later is held here and by the context.
+        const std::shared_ptr<DocumentCore> core = m_document->m_core;
         const ExecContext context = m_document->_getExecContext();
-        m_task(context);
+        m_task.runWithEpilogue([&core] { _settleTask(*core); }, context);
     }
 
 private:

@@ -31,7 +31,6 @@
 #include <mutex>
 #include <optional>
 #include <string>
-#include <thread>
 #include <unordered_map>
 #include <unordered_set>
 #include <vector>
@@ -97,8 +96,9 @@ VESK_FRAMEWORK_USD_VIEWPORT_EXPORT void setRackFocus(PXR_NS::GfCamera& camera, f
 ///
 /// The destructor waits for work of this model that runs on other threads, and queued work that has not begun
 /// ends with "broken promise". A listener or task that waits for the owner while the owner destroys the model
-/// therefore never ends. A listener of the camera event of a followed scene camera must not change that
-/// camera on the same thread: the call throws `std::system_error` (resource_deadlock_would_occur).
+/// therefore never ends. A listener, a task and a callback of the renderer may destroy the model that they
+/// were called for. A listener of the camera event of a followed scene camera must not change that camera on
+/// the same thread: the call throws `std::system_error` (resource_deadlock_would_occur).
 class VESK_FRAMEWORK_USD_VIEWPORT_EXPORT ViewportModel
 {
 public:
@@ -456,7 +456,6 @@ private:
     // Guards m_document, m_activeCameraPath, m_editTarget and m_gfCamera; held for one copy, over no call.
     mutable std::mutex m_stateMutex;
     std::shared_ptr<LifeToken> m_life;
-    std::atomic<std::thread::id> m_cameraMutexOwner{std::thread::id()};
 
     unsigned int m_viewportId;
     std::weak_ptr<vesk::framework::usd_document::UsdDocument> m_document;
