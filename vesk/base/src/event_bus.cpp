@@ -9,6 +9,7 @@
 #include <utility>
 
 #include <vesk/base/logging.h>
+#include <vesk/base/sync_point.h>
 
 namespace vesk::base {
 
@@ -53,6 +54,7 @@ struct EventBus::Entry
             releaseListener();
         } else if (!fromInside) {
             std::unique_lock lock(mutex);
+            VESK_SYNC_WAIT("bus.retire", lock, activity.load(std::memory_order_acquire) < kOneDelivery);
             left.wait(lock, [this] { return activity.load(std::memory_order_acquire) < kOneDelivery; });
         }
     }
@@ -108,6 +110,7 @@ std::uint32_t EventBus::subscribeListener(Listener listener)
 {
     auto entry = std::make_shared<Entry>(nextListenerId(), std::move(listener));
     const std::uint32_t id = entry->id;
+    VESK_SYNC_POINT("bus.subscribe");
     std::lock_guard lock(m_mutex);
     auto entries = std::make_shared<Entries>();
     if (m_entries) {
@@ -123,6 +126,7 @@ void EventBus::unsubscribeListener(std::uint32_t id)
 {
     std::shared_ptr<Entry> removed;
     std::shared_ptr<const Entries> previous;
+    VESK_SYNC_POINT("bus.unsubscribe");
     {
         std::lock_guard lock(m_mutex);
         if (!m_entries) return;
@@ -139,6 +143,7 @@ void EventBus::unsubscribeListener(std::uint32_t id)
             // The entry stays in the list; retired, it is never called again.
         }
     }
+    VESK_SYNC_POINT("bus.removed");
     _retire(removed);
 }
 
@@ -150,6 +155,7 @@ void EventBus::unsubscribeAll()
         previous = std::exchange(m_entries, nullptr);
     }
     if (!previous) return;
+    VESK_SYNC_POINT("bus.removed");
     for (const std::shared_ptr<Entry>& entry : *previous)
         _retire(entry);
 }
@@ -159,6 +165,7 @@ void EventBus::_retire(const std::shared_ptr<Entry>& entry) { entry->retire(Deli
 bool EventBus::sendEvent(const std::any& event)
 {
     // From here on the bus itself is not touched: a listener may destroy it.
+    VESK_SYNC_POINT("bus.send");
     const std::shared_ptr<const Entries> entries = _entries();
     if (!entries) return true;
     Delivery*& innermost = Delivery::innermost();
@@ -167,8 +174,12 @@ bool EventBus::sendEvent(const std::any& event)
     bool delivered = true;
     for (const std::shared_ptr<Entry>& entry : *entries) {
         delivery.current = entry.get();
+        VESK_SYNC_POINT("bus.enter");
         try {
-            if (entry->enter() && entry->listener) entry->listener(event);
+            if (entry->enter() && entry->listener) {
+                VESK_SYNC_POINT("bus.call");
+                entry->listener(event);
+            }
         } catch (const std::exception& exception) {
             delivered = false;
             VESK_LOG_ERROR("EventBus: a listener threw: {}", exception.what());
@@ -176,6 +187,7 @@ bool EventBus::sendEvent(const std::any& event)
             delivered = false;
             VESK_LOG_ERROR("EventBus: a listener threw: {}", "something that is no std::exception");
         }
+        VESK_SYNC_POINT("bus.leave");
         entry->leave();
     }
     innermost = delivery.outer;

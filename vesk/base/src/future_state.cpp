@@ -1,4 +1,5 @@
 #include <vesk/base/future_state.h>
+#include <vesk/base/sync_point.h>
 
 #include <condition_variable>
 #include <mutex>
@@ -60,6 +61,7 @@ public:
     void wait()
     {
         std::unique_lock lock(m_mutex);
+        VESK_SYNC_WAIT("future.wait", lock, m_complete);
         m_completed.wait(lock, [this] { return m_complete; });
     }
 
@@ -87,6 +89,7 @@ StateBase::~StateBase() = default;
 
 void StateBase::complete() noexcept
 {
+    VESK_SYNC_POINT("future.complete");
     Continuation* newestFirst = m_waiting.exchange(completeMark(), std::memory_order_acq_rel);
     if (!newestFirst) return;
     Continuation* oldestFirst = nullptr;
@@ -96,6 +99,7 @@ void StateBase::complete() noexcept
         oldestFirst = newestFirst;
         newestFirst = next;
     }
+    VESK_SYNC_POINT("future.tell");
     TellQueue& queue = t_tellQueue;
     while (oldestFirst) {
         Continuation& continuation = *oldestFirst;
@@ -114,6 +118,7 @@ void StateBase::attach(Continuation& continuation) noexcept
 {
     Continuation* head = m_waiting.load(std::memory_order_acquire);
     while (head != completeMark()) {
+        VESK_SYNC_POINT("future.attach");
         continuation.nextContinuation = head;
         if (m_waiting.compare_exchange_weak(head, &continuation, std::memory_order_acq_rel,
                                             std::memory_order_acquire))

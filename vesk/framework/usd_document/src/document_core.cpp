@@ -11,6 +11,7 @@
 #include <pxr/usd/usd/editContext.h>
 
 #include <vesk/base/logging.h>
+#include <vesk/base/sync_point.h>
 
 #include "stage_errors.h"
 
@@ -57,11 +58,14 @@ void DocumentCore::start()
 
 void DocumentCore::close()
 {
+    VESK_SYNC_POINT("document.close");
     m_closed = true;
+    VESK_SYNC_POINT("document.closed");
     dropPending();
     m_workAdded.notify_all();
     if (!_isTaskThread()) {
         std::unique_lock lock(m_mutex);
+        VESK_SYNC_WAIT("document.idle", lock, !m_running);
         m_becameIdle.wait(lock, [this] { return !m_running; });
     }
     m_history.clear();
@@ -82,6 +86,7 @@ void DocumentCore::post(QueuedTask task)
     // Allocates before the lock is taken; a task that is not taken dies after it was released.
     std::list<QueuedTask> posted;
     posted.push_back(std::move(task));
+    VESK_SYNC_POINT("document.post");
     {
         std::lock_guard lock(m_mutex);
         if (!m_closed) {
@@ -103,6 +108,7 @@ std::size_t DocumentCore::dropPending()
         dropped.swap(m_queue);
         if (!m_running) m_becameIdle.notify_all();
     }
+    VESK_SYNC_POINT("document.drop");
     // One after the other: each ends its future, whose continuations may post or close.
     const std::size_t count = dropped.size();
     while (!dropped.empty())
@@ -155,11 +161,13 @@ bool DocumentCore::_runOne(std::unique_lock<std::mutex>& lock)
     std::list<QueuedTask> queued;
     if (!flush) queued.splice(queued.begin(), m_queue, m_queue.begin());
     lock.unlock();
+    VESK_SYNC_POINT("document.run");
     if (flush)
         _sendChanges();
     else
         _runTask(queued.front());
     queued.clear();
+    VESK_SYNC_POINT("document.ran");
     lock.lock();
     m_runner = std::thread::id();
     m_running = false;
@@ -207,6 +215,7 @@ public:
         if (std::exchange(m_settled, true)) return;
         if (m_target) {
             m_target.reset();
+            VESK_SYNC_POINT("document.record");
             _record(m_core.m_recorder.end());
         }
         _logErrors();
@@ -262,6 +271,7 @@ void DocumentCore::_callTask(QueuedTask& queued) noexcept
 void DocumentCore::_sendChanges()
 {
     std::optional<StageChangesEvent> event = m_gatherer->endTask();
+    VESK_SYNC_POINT("document.announce");
     if (!event || m_closed) return;
     if (m_bus->listenerCount() == 0) {
         m_gatherer->forgetCameras();
@@ -355,6 +365,7 @@ void DocumentCore::waitUntilIdle() const
     if (_isTaskThread())
         throw std::system_error(std::make_error_code(std::errc::resource_deadlock_would_occur));
     std::unique_lock lock(m_mutex);
+    VESK_SYNC_WAIT("document.idle", lock, !m_running && (m_closed || !_hasWork()));
     m_becameIdle.wait(lock, [this] { return !m_running && (m_closed || !_hasWork()); });
 }
 

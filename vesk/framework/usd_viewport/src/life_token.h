@@ -7,6 +7,7 @@
 #include <utility>
 #include <vector>
 #include <vesk/base/future_error.h>
+#include <vesk/base/sync_point.h>
 
 namespace vesk::framework::usd_viewport {
 
@@ -22,6 +23,7 @@ public:
     /// Returns false once the model is gone or going.
     bool enter()
     {
+        VESK_SYNC_POINT("life.enter");
         const std::lock_guard<std::mutex> lock(m_mutex);
         if (m_closed) return false;
         m_inside.push_back(std::this_thread::get_id());
@@ -30,6 +32,7 @@ public:
 
     void leave()
     {
+        VESK_SYNC_POINT("life.leave");
         {
             const std::lock_guard<std::mutex> lock(m_mutex);
             for (std::size_t index = 0; index < m_inside.size(); ++index) {
@@ -46,6 +49,7 @@ public:
     {
         std::unique_lock<std::mutex> lock(m_mutex);
         m_closed = true;
+        VESK_SYNC_WAIT("life.close", lock, _isEmptyButForThisThread());
         m_left.wait(lock, [this] { return _isEmptyButForThisThread(); });
     }
 

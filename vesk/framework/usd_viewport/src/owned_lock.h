@@ -2,6 +2,7 @@
 
 #include <mutex>
 #include <system_error>
+#include <vesk/base/sync_point.h>
 
 namespace vesk::framework::usd_viewport {
 
@@ -17,6 +18,7 @@ public:
     {
         if (_find(mutex))
             throw std::system_error(std::make_error_code(std::errc::resource_deadlock_would_occur));
+        VESK_SYNC_LOCK("camera.lock", mutex);
         mutex.lock();
         m_mutex = &mutex;
         _innermost() = this;

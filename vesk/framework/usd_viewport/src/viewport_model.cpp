@@ -1,10 +1,12 @@
 #include "life_token.h"
+#include "owned_lock.h"
 #include "sizes.h"
 #include "viewport_tasks.h"
 
 #include <stdexcept>
 #include <vesk/base/event_bus.h>
 #include <vesk/base/logging.h>
+#include <vesk/base/sync_point.h>
 #include <vesk/framework/usd_document/usd_document.h>
 #include <vesk/framework/usd_viewport/errors.h>
 #include <vesk/framework/usd_viewport/viewport_model.h>
@@ -64,7 +66,9 @@ ViewportModel::~ViewportModel()
     // A listener of a direct write may destroy the model; who waits for the lock has to get through.
     OwnedLock::release(m_cameraMutex);
     if (const std::shared_ptr<UsdDocument> document = _lockDocument()) _unsubscribe(document);
+    VESK_SYNC_POINT("model.unsubscribed");
     m_life->close();
+    VESK_SYNC_POINT("model.lifeClosed");
     _releaseFrameWaiters();
 }
 
@@ -90,10 +94,12 @@ void ViewportModel::setDocument(const std::shared_ptr<UsdDocument>& document)
     if (former == document) return;
     if (former) _unsubscribe(former);
     m_eventListenerId = 0;
+    VESK_SYNC_POINT("model.unsubscribed");
     {
         const std::lock_guard<std::mutex> lock(m_stateMutex);
         m_document = document;
     }
+    VESK_SYNC_POINT("model.rebound");
     if (document) _subscribe(document);
     m_renderer->setDocument(document);
     recomputeCachedSceneBounds();
@@ -120,6 +126,7 @@ void ViewportModel::beginCameraInteraction()
     }
     // In this order: a change that sees the bracket open is never forgotten.
     m_cameraChangedDuringInteraction = false;
+    VESK_SYNC_POINT("bracket.open");
     m_cameraInteractionActive = true;
 }
 
@@ -129,7 +136,9 @@ void ViewportModel::endCameraInteraction()
         VESK_LOG_WARN("ViewportModel endCameraInteraction: already inactive");
         return;
     }
+    VESK_SYNC_POINT("bracket.close");
     m_cameraInteractionActive = false;
+    VESK_SYNC_POINT("bracket.closed");
     if (m_cameraChangedDuringInteraction) notifyCameraChanged();
 }
 

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <vesk/base/event_bus.h>
+#include <vesk/base/sync_point.h>
 #include <vesk/framework/hydra_renderer/frame_rendered_event.h>
 #include <vesk/framework/usd_document/stage_changes_event.h>
 #include <vesk/framework/usd_document/usd_document.h>
@@ -42,6 +43,7 @@ std::shared_ptr<UsdDocument> ViewportModel::_lockDocument() const
         const std::lock_guard<std::mutex> lock(m_stateMutex);
         document = m_document;
     }
+    VESK_SYNC_POINT("model.document");
     return document.lock();
 }
 
@@ -63,6 +65,7 @@ void ViewportModel::_handleEvent(const std::any& event)
 {
     if (const auto* change = std::any_cast<StageChangesEvent>(&event)) {
         if (m_cameraInteractionActive) return;
+        VESK_SYNC_POINT("model.stageChanged");
         const SdfPath camera = _activeCameraPath();
         if (camera.IsEmpty() || !concerns(*change, camera)) return;
         copyCameraFromPath(camera.GetAsString(), false, m_cameraCopyFromPathUndoLabel).detach();
@@ -72,6 +75,7 @@ void ViewportModel::_handleEvent(const std::any& event)
             for (auto& [thread, released] : m_frameWaiters)
                 released = true;
         }
+        VESK_SYNC_POINT("frame.notify");
         m_frameRenderedCondition.notify_all();
     }
 }
@@ -81,6 +85,7 @@ void ViewportModel::waitForFrameRendered()
     const std::uint32_t thread = currentThreadId();
     std::unique_lock<std::mutex> lock(m_frameWaitMutex);
     m_frameWaiters[thread] = false;
+    VESK_SYNC_WAIT("frame.wait", lock, m_frameWaiters.at(thread));
     m_frameRenderedCondition.wait(lock, [this, thread] {
         const auto entry = m_frameWaiters.find(thread);
         return entry == m_frameWaiters.end() || entry->second;
@@ -96,11 +101,13 @@ void ViewportModel::_releaseFrameWaiters()
     for (auto& [thread, released] : m_frameWaiters)
         released = true;
     m_frameRenderedCondition.notify_all();
+    VESK_SYNC_WAIT("frame.empty", lock, m_frameWaiters.empty());
     m_frameRenderedCondition.wait(lock, [this] { return m_frameWaiters.empty(); });
 }
 
 void ViewportModel::notifyCameraChanged()
 {
+    VESK_SYNC_POINT("bracket.ask");
     if (m_cameraInteractionActive) return;
     const std::shared_ptr<UsdDocument> document = _lockDocument();
     if (!document) return;

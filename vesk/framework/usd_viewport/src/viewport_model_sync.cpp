@@ -2,6 +2,7 @@
 #include "owned_lock.h"
 #include "viewport_tasks.h"
 
+#include <vesk/base/sync_point.h>
 #include <vesk/framework/usd_document/usd_document.h>
 #include <vesk/framework/usd_viewport/viewport_model.h>
 #include <vesk/usd/utils/stage_camera_utils.h>
@@ -30,6 +31,7 @@ GfCamera ViewportModel::_focusedCamera(const GfCamera& camera)
 {
     GfCamera focused = camera;
     _storeCamera(focused);
+    VESK_SYNC_POINT("camera.stored");
     checkGfCameraFocusDistance(focused);
     _storeCamera(focused);
     return focused;
@@ -39,7 +41,11 @@ void ViewportModel::_setGfCamera(const TfWeakPtr<UsdStage>& stage, const GfCamer
                                  const std::string& undoLabel)
 {
     const GfCamera focused = _focusedCamera(camera);
-    if (m_cameraInteractionActive) m_cameraChangedDuringInteraction = true;
+    VESK_SYNC_POINT("bracket.look");
+    if (m_cameraInteractionActive) {
+        VESK_SYNC_POINT("bracket.mark");
+        m_cameraChangedDuringInteraction = true;
+    }
     _setRendererGfCamera(stage, focused, undoLabel);
 }
 
@@ -70,6 +76,7 @@ void ViewportModel::_setRendererGfCamera(const TfWeakPtr<UsdStage>& stage, const
             return;
         }
         if (m_cameraInteractionActive) m_interactionCameraValid = true;
+        VESK_SYNC_POINT("camera.post");
         document = _lockDocument();
         if (!document) return;
         const std::string& label = undoLabel.empty() ? m_cameraUpdateUndoLabel : undoLabel;

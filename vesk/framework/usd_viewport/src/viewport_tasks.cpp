@@ -8,6 +8,7 @@
 #include <pxr/usd/usd/timeCode.h>
 #include <pxr/usd/usdGeom/camera.h>
 #include <vesk/base/result.h>
+#include <vesk/base/sync_point.h>
 #include <vesk/framework/usd_document/bbox_cache_guard.h>
 #include <vesk/usd/utils/bounds_utils.h>
 #include <vesk/usd/utils/camera_utils.h>
@@ -70,8 +71,10 @@ GfRange3f ViewportTasks::_refreshSceneBounds(const Context& context, const std::
 void ViewportTasks::applySceneBounds(const GfRange3f& bounds)
 {
     m_model._setCachedSceneBounds(bounds);
+    VESK_SYNC_POINT("bounds.cached");
     GfCamera camera = m_model.getViewportCamera();
     m_model.updateGfCameraNearFar(camera, m_model.distanceToCenter());
+    VESK_SYNC_POINT("bounds.fitted");
     m_model._setGfCamera(TfWeakPtr<UsdStage>(), camera, ViewportModel::m_cameraUpdateUndoLabel);
 }
 
@@ -138,6 +141,7 @@ void ViewportTasks::setActiveCamera(const Context& context, const std::string& c
         if (camera.hasValue()) {
             m_model._focusedCamera(camera.takeValue());
             m_model.m_renderer->setCamera(path);
+            VESK_SYNC_POINT("model.follow");
             m_model._setActiveCameraPath(path);
         } else {
             m_model._setActiveCameraPath(SdfPath());
@@ -165,6 +169,7 @@ void ViewportTasks::writeCamera(const Context& context, const SdfPath& path)
         camera = m_model.m_interactionCamera;
         m_model.m_interactionCameraValid = false;
     }
+    VESK_SYNC_POINT("camera.taken");
     setGfCameraForCameraPath(context.stage(), path, camera, kDefaultTime);
     m_model.notifyCameraChanged();
 }
