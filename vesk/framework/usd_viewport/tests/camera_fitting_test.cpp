@@ -1,6 +1,8 @@
 #include "camera_fitting.h"
 
+#include <pxr/base/gf/range1f.h>
 #include <pxr/base/gf/rotation.h>
+#include <pxr/base/gf/vec4f.h>
 #include <vesk/usd/utils/camera_utils.h>
 
 #include <gtest/gtest.h>
@@ -71,6 +73,32 @@ TEST(CleanTransform, ToleratesDeviationsBelowAMillionth)
     EXPECT_EQ(cleaned(off)[0][0], 1.0);
 }
 
+GfMatrix4d scaled(double scale)
+{
+    return GfMatrix4d(scale, 0, 0, 0, 0, scale, 0, 0, 0, 0, scale, 0, 0, 0, 0, 1);
+}
+
+TEST(CleanTransform, RoundsTheLengthToFloatBeforeItIsCompared)
+{
+    // Above 1 the floats are 1.19e-7 apart: 1.01e-6 becomes eight steps, 9.54e-7.
+    EXPECT_EQ(cleaned(scaled(1.0 + 1.01e-6)), scaled(1.0 + 1.01e-6));
+    EXPECT_NE(cleaned(scaled(1.0 + 1.03e-6)), scaled(1.0 + 1.03e-6));
+    // Below 1 they are 5.96e-8 apart: 0.99e-6 becomes seventeen steps, 1.013e-6.
+    EXPECT_NE(cleaned(scaled(1.0 - 0.99e-6)), scaled(1.0 - 0.99e-6));
+    EXPECT_EQ(cleaned(scaled(1.0 - 0.97e-6)), scaled(1.0 - 0.97e-6));
+}
+
+TEST(CleanTransform, KeepsTheDirectionsOfAxesThatItNormalizes)
+{
+    const GfMatrix4d long3(3, 4, 0, 0, 0, 5, 12, 0, 8, 0, 6, 0, 1, 2, 3, 1);
+    const GfMatrix4d result = cleaned(long3);
+    const double expected[3][3] = {{3.0 / 5, 4.0 / 5, 0}, {0, 5.0 / 13, 12.0 / 13}, {8.0 / 10, 0, 6.0 / 10}};
+    for (int row = 0; row < 3; ++row) {
+        for (int column = 0; column < 3; ++column)
+            EXPECT_EQ(result[row][column], expected[row][column]) << row << " " << column;
+    }
+}
+
 TEST(CleanTransform, DividesTinyRowsByTheSmallestLength)
 {
     const GfMatrix4d tiny(1e-12, 0, 0, 0, 0, 2, 0, 0, 0, 0, 0, 0, 0, 0, 0, 1);
@@ -118,8 +146,30 @@ TEST(RackFocusArithmetic, NarrowsToFloatAtEachStep)
     const float radians = static_cast<float>(2.0 * std::atan(ratio));
     const float half = static_cast<float>(std::tan(fieldOfViewBefore * 0.017453292519943295 * 0.5) * 3.3f);
     const float distance = static_cast<float>(half / std::tan(radians * 0.5));
-    EXPECT_FLOAT_EQ(result.GetFocusDistance(), distance);
+    EXPECT_EQ(result.GetFocusDistance(), distance);
     EXPECT_DOUBLE_EQ(result.GetTransform()[3][2], -static_cast<double>(3.3f - result.GetFocusDistance()));
+}
+
+TEST(RackFocusArithmetic, KeepsTheRestOfTheLens)
+{
+    GfCamera camera;
+    camera.SetFocusDistance(5.0f);
+    camera.SetHorizontalAperture(30.0f);
+    camera.SetVerticalAperture(12.0f);
+    camera.SetHorizontalApertureOffset(1.0f);
+    camera.SetVerticalApertureOffset(2.0f);
+    camera.SetFStop(4.0f);
+    camera.SetClippingRange(GfRange1f(0.5f, 99.0f));
+    camera.SetClippingPlanes({GfVec4f(1, 2, 3, 4)});
+    rackFocus(camera, 80.0f, 45.0f);
+    // The aspect ratio of 30 : 12 and the horizontal aperture are those of before.
+    EXPECT_EQ(camera.GetHorizontalAperture(), 30.0f);
+    EXPECT_FLOAT_EQ(camera.GetVerticalAperture(), 12.0f);
+    EXPECT_EQ(camera.GetHorizontalApertureOffset(), 1.0f);
+    EXPECT_EQ(camera.GetVerticalApertureOffset(), 2.0f);
+    EXPECT_EQ(camera.GetFStop(), 4.0f);
+    EXPECT_EQ(camera.GetClippingRange(), GfRange1f(0.5f, 99.0f));
+    EXPECT_EQ(camera.GetClippingPlanes(), std::vector<GfVec4f>{GfVec4f(1, 2, 3, 4)});
 }
 
 TEST(RackFocusArithmetic, TakesAnyFocalLength)

@@ -1,9 +1,5 @@
 #include "viewport_fixture.h"
 
-#include <pxr/base/gf/matrix4f.h>
-#include <pxr/base/gf/rotation.h>
-
-#include <cfloat>
 #include <cmath>
 #include <system_error>
 
@@ -72,15 +68,6 @@ TEST_F(CameraSyncTest, TheClippingRangeIsTheHosts)
     camera.SetClippingRange(GfRange1f(0.25f, 9.0f));
     model->setGfCamera(camera, "");
     EXPECT_EQ(model->getGfCamera().GetClippingRange(), GfRange1f(0.25f, 9.0f));
-}
-
-TEST_F(CameraSyncTest, TheCopyIsACopy)
-{
-    const GfCamera copy = model->getViewportCamera();
-    const GfCamera* const address = &model->getGfCamera();
-    set(7);
-    EXPECT_EQ(copy, GfCamera());
-    EXPECT_EQ(&model->getGfCamera(), address);
 }
 
 TEST_F(CameraSyncTest, WithoutADocumentOnlyTheRendererIsTold)
@@ -370,113 +357,6 @@ TEST_F(CameraSyncTest, ARecomputationWhileFollowingWritesTheRefittedCamera)
     EXPECT_EQ(labelsOf(watched.tasks), (std::vector<std::string>{"computeBBox", "camera update"}));
     EXPECT_EQ(watched.tasks.back().type, usd_document::TaskType::Edit);
     EXPECT_TRUE(renderer->take().empty());
-}
-
-TEST_F(CameraSyncTest, AdjustingFitsACopyAndChangesNothing)
-{
-    cacheBounds();
-    model->setDistanceToCenter(10.0f);
-    const GfCamera before = model->getGfCamera();
-    GfCamera camera = cameraAt(GfVec3d(0, 0, 10));
-    camera.SetHorizontalAperture(5.0f);
-    const float fieldOfView = camera.GetFieldOfView(GfCamera::FOVVertical);
-    const GfCamera adjusted = model->adjustGfCamera(camera);
-    EXPECT_EQ(adjusted.GetHorizontalAperture(), 20.955f);
-    EXPECT_FLOAT_EQ(adjusted.GetVerticalAperture(), 20.955f / 2.0f);
-    EXPECT_NEAR(adjusted.GetFieldOfView(GfCamera::FOVVertical), fieldOfView, 1e-4f);
-    EXPECT_GT(adjusted.GetClippingRange().GetMin(), 5.0f);
-    EXPECT_EQ(model->getGfCamera(), before);
-    expectSilence();
-}
-
-TEST_F(CameraSyncTest, AdjustingAnOrthographicCameraShowsTheDistance)
-{
-    model->setDistanceToCenter(10.0f);
-    GfCamera camera;
-    camera.SetProjection(GfCamera::Orthographic);
-    const GfCamera adjusted = model->adjustGfCamera(camera);
-    EXPECT_FLOAT_EQ(adjusted.GetVerticalAperture(), 100.0f);
-    EXPECT_FLOAT_EQ(adjusted.GetHorizontalAperture(), 200.0f);
-}
-
-TEST_F(CameraSyncTest, AdjustingWithoutHeightTakesASquare)
-{
-    for (const int height : {0, -5}) {
-        const int size[2] = {640, height};
-        model->setRenderSize(size, 1.0f);
-        const GfCamera adjusted = model->adjustGfCamera(GfCamera());
-        EXPECT_EQ(adjusted.GetHorizontalAperture(), adjusted.GetVerticalAperture());
-    }
-}
-
-TEST_F(CameraSyncTest, TheViewMatrixIsTheInverseOfTheTransform)
-{
-    model->setGfCamera(cameraAt(GfVec3d(1, 2, 3)), "");
-    EXPECT_EQ(model->getViewMatrix(), GfMatrix4f(1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0, -1, -2, -3, 1));
-}
-
-TEST_F(CameraSyncTest, TheViewMatrixOfASingularCameraIsHuge)
-{
-    GfCamera camera;
-    camera.SetTransform(GfMatrix4d(0.0));
-    model->setGfCamera(camera, "");
-    GfMatrix4f expected(0.0f);
-    expected.SetDiagonal(GfVec4f(FLT_MAX, FLT_MAX, FLT_MAX, 1.0f));
-    EXPECT_EQ(model->getViewMatrix(), expected);
-}
-
-TEST_F(CameraSyncTest, TheUpAxisIsAPlainValue)
-{
-    model->setZUp(true);
-    EXPECT_TRUE(model->zUp());
-    expectSilence();
-}
-
-TEST(RackFocus, KeepsTheSubjectsPlaceAndSize)
-{
-    GfCamera camera = cameraAt(GfVec3d(0, 0, 10));
-    camera.SetFocusDistance(10.0f);
-    camera.SetClippingRange(GfRange1f(0.5f, 99.0f));
-    const float before = camera.GetFieldOfView(GfCamera::FOVVertical);
-    const float aspect = camera.GetAspectRatio();
-    setRackFocus(camera, 100.0f);
-    // The field of view of a lens of 100 mm over the default height of 15.2908 mm.
-    EXPECT_NEAR(camera.GetFieldOfView(GfCamera::FOVVertical), 2.0 * std::atan(15.2908 / 200.0) * 180.0 / M_PI,
-                1e-4);
-    const auto heightAtFocus = [](float degrees, float distance) {
-        return std::tan(degrees * M_PI / 360.0) * distance;
-    };
-    EXPECT_NEAR(heightAtFocus(camera.GetFieldOfView(GfCamera::FOVVertical), camera.GetFocusDistance()),
-                heightAtFocus(before, 10.0f), 1e-4);
-    // What was in focus lies where it lay: at the origin.
-    EXPECT_NEAR(row(camera, 3)[2] - camera.GetFocusDistance(), 0.0, 1e-5);
-    EXPECT_FLOAT_EQ(camera.GetAspectRatio(), aspect);
-    EXPECT_EQ(camera.GetHorizontalAperture(), 20.955f);
-    EXPECT_EQ(camera.GetClippingRange(), GfRange1f(0.5f, 99.0f));
-}
-
-TEST(RackFocus, AtFocusDistanceZeroStaysInPlace)
-{
-    GfCamera camera = cameraAt(GfVec3d(1, 2, 3));
-    setRackFocus(camera, 100.0f);
-    EXPECT_EQ(row(camera, 3), GfVec3d(1, 2, 3));
-    EXPECT_EQ(camera.GetFocusDistance(), 0.0f);
-    EXPECT_NE(camera.GetFocalLength(), 50.0f);
-}
-
-TEST(RackFocus, MakesAnOrthographicCameraPerspective)
-{
-    GfCamera camera = cameraAt(GfVec3d(0, 0, 10));
-    camera.SetOrthographicFromAspectRatioAndSize(2.0f, 4.0f, GfCamera::FOVVertical);
-    camera.SetFocusDistance(10.0f);
-    ViewportModel::setDefaultVerticalFieldOfView(90.0f);
-    setRackFocus(camera, 50.0f);
-    ViewportModel::setDefaultVerticalFieldOfView(45.0f);
-    EXPECT_EQ(camera.GetProjection(), GfCamera::Perspective);
-    EXPECT_FLOAT_EQ(camera.GetAspectRatio(), 2.0f);
-    // Half the height at the focus plane was 10 * tan(45 degrees) = 10; the new lens shows that at 10 /
-    // tan(half).
-    EXPECT_NEAR(camera.GetFocusDistance(), 10.0 / (15.2908 / 100.0), 1e-2);
 }
 
 } // namespace

@@ -84,6 +84,34 @@ TEST_F(InteractionTest, ClosedWithoutBeingOpenWarns)
     expectSilence();
 }
 
+TEST_F(InteractionTest, ASecondOneWithoutAChangeAddsNothingToTheFirst)
+{
+    model->beginCameraInteraction();
+    change();
+    model->endCameraInteraction();
+    model->beginCameraInteraction();
+    model->endCameraInteraction();
+    EXPECT_EQ(watched.takeCameraEvents(), 1u);
+}
+
+TEST_F(InteractionTest, IsClosedByTheTimeItsChangeIsAnnounced)
+{
+    int closings = 0;
+    const std::uint32_t listener =
+        watched.document->getEventBus()->subscribeListener([&](const std::any& event) {
+            if (!std::any_cast<ViewportCameraChangedEvent>(&event)) return;
+            model->endCameraInteraction();
+            ++closings;
+        });
+    model->beginCameraInteraction();
+    change();
+    model->endCameraInteraction();
+    watched.document->getEventBus()->unsubscribeListener(listener);
+    EXPECT_EQ(closings, 1);
+    EXPECT_EQ(log.takeTexts(),
+              std::vector<std::string>{"ViewportModel endCameraInteraction: already inactive"});
+}
+
 TEST_F(InteractionTest, ClosedTwiceAnnouncesOnce)
 {
     model->beginCameraInteraction();
@@ -170,7 +198,19 @@ TEST(CameraChangedEvent, StartsWithoutADocument)
     const ViewportCameraChangedEvent event;
     EXPECT_EQ(event.documentId, "");
     EXPECT_EQ(event.viewportId, 0u);
-    static_assert(std::is_same_v<decltype(event.viewportId), std::uint32_t>);
+    static_assert(std::is_same_v<decltype(ViewportCameraChangedEvent::viewportId), std::uint32_t>);
+}
+
+TEST(CameraChangedEvent, IsCopiedAndMoved)
+{
+    const ViewportCameraChangedEvent event("a document with a long id", 7);
+    ViewportCameraChangedEvent copy = event;
+    const ViewportCameraChangedEvent moved = std::move(copy);
+    ViewportCameraChangedEvent assigned;
+    assigned = moved;
+    EXPECT_EQ(assigned.documentId, "a document with a long id");
+    EXPECT_EQ(assigned.viewportId, 7u);
+    EXPECT_EQ(event.documentId, moved.documentId);
 }
 
 } // namespace

@@ -110,6 +110,10 @@ TEST_F(RenderSettingsTest, AFailureOfTheRendererReachesTheCallerAfterTheValueIsK
     renderer->onCall = nullptr;
     EXPECT_EQ(model->renderSize()[0], 7);
     EXPECT_EQ(model->devicePixelRatio(), 2.0f);
+    // The same again is no change any more.
+    forget();
+    model->setRenderSize(size, 2.0f);
+    expectSilence();
 }
 
 TEST_F(RenderSettingsTest, ARenderSizeThatIsSetAlreadyIsNotSentAgain)
@@ -148,12 +152,25 @@ TEST_F(RenderSettingsTest, ANaNRatioIsAlwaysAChange)
 
 TEST_F(RenderSettingsTest, TheRenderSizeIsKeptBeforeTheRendererIsTold)
 {
-    int width = 0;
-    renderer->onCall = [&](const std::string&) { width = model->renderSize()[0]; };
+    std::vector<float> kept;
+    renderer->onCall = [&](const std::string&) {
+        kept = {static_cast<float>(model->renderSize()[0]), static_cast<float>(model->renderSize()[1]),
+                model->devicePixelRatio()};
+    };
     const int size[2] = {101, 33};
     model->setRenderSize(size, 1.5f);
     renderer->onCall = nullptr;
-    EXPECT_EQ(width, 101);
+    EXPECT_EQ(kept, (std::vector<float>{101.0f, 33.0f, 1.5f}));
+}
+
+TEST_F(RenderSettingsTest, TheRenderSizeLeavesTheCameraAlone)
+{
+    const GfCamera before = model->getGfCamera();
+    const int size[2] = {101, 33};
+    model->setRenderSize(size, 1.5f);
+    EXPECT_EQ(model->getGfCamera(), before);
+    EXPECT_EQ(watched.takeCameraEvents(), 0u);
+    EXPECT_TRUE(watched.takeTasks().empty());
 }
 
 TEST_F(RenderSettingsTest, TheViewportSizeIsTheModelsOwn)
