@@ -115,6 +115,5 @@ function(vesk_add_benchmarks)
     add_executable(${_target}_benchmarks ${ARG_SOURCES})
     vesk_compile_settings(${_target}_benchmarks)
     target_include_directories(${_target}_benchmarks PRIVATE "${CMAKE_CURRENT_SOURCE_DIR}/src")
-    target_link_libraries(${_target}_benchmarks PRIVATE ${_target} ${ARG_LIBRARIES} benchmark::benchmark
-        benchmark::benchmark_main Threads::Threads)
+    target_link_libraries(${_target}_benchmarks PRIVATE ${_target} ${ARG_LIBRARIES} vesk::tests_benchmarking)
 endfunction()

@@ -34,7 +34,10 @@ GfMatrix4d orbited(const GfMatrix4d& transform, TurnAngles angles, bool zUp, flo
     const GfVec3d w = getCameraWDir(transform);
     const GfRotation yaw(getVec3dUpDir(zUp), angles.yaw);
     const GfRotation pitch(u, angles.pitch);
-    const auto turn = [&](const GfVec3d& axis) { return yaw.TransformDir(pitch.TransformDir(axis)); };
+    // GfRotation::TransformDir() makes this matrix for every direction that it turns.
+    const GfMatrix4d pitchTurn = GfMatrix4d().SetRotate(pitch);
+    const GfMatrix4d yawTurn = GfMatrix4d().SetRotate(yaw);
+    const auto turn = [&](const GfVec3d& axis) { return yawTurn.TransformDir(pitchTurn.TransformDir(axis)); };
     const GfVec3d backward = turn(w);
     const double toPivot = distance;
 
@@ -51,7 +54,7 @@ GfMatrix4d rotated(const GfMatrix4d& transform, TurnAngles angles, bool zUp)
     const GfVec3d u = getCameraUDir(transform);
     const GfRotation pitch(u, angles.pitch);
     const GfRotation yaw(getVec3dUpDir(zUp), angles.yaw);
-    const GfRotation combined = pitch * yaw;
+    const GfMatrix4d combined = GfMatrix4d().SetRotate(pitch * yaw);
 
     GfMatrix4d result = transform;
     setAxis(result, 0, combined.TransformDir(u));

@@ -32,8 +32,10 @@ GfCamera ViewportModel::_focusedCamera(const GfCamera& camera)
     GfCamera focused = camera;
     _storeCamera(focused);
     VESK_SYNC_POINT("camera.stored");
+    const float given = focused.GetFocusDistance();
     checkGfCameraFocusDistance(focused);
-    _storeCamera(focused);
+    // Rarely: most cameras have a focus that the check leaves alone.
+    if (focused.GetFocusDistance() != given) _storeCamera(focused);
     return focused;
 }
 
@@ -44,7 +46,8 @@ void ViewportModel::_setGfCamera(const TfWeakPtr<UsdStage>& stage, const GfCamer
     VESK_SYNC_POINT("bracket.look");
     if (m_cameraInteractionActive) {
         VESK_SYNC_POINT("bracket.mark");
-        m_cameraChangedDuringInteraction = true;
+        // A mark that stands needs no second store, which would cost a fence in every gesture of a drag.
+        if (!m_cameraChangedDuringInteraction) m_cameraChangedDuringInteraction = true;
     }
     _setRendererGfCamera(stage, focused, undoLabel);
 }
