@@ -69,7 +69,7 @@ TEST(Changes, AddedPrimsTellWhetherTheyAreInert)
 
 TEST(Changes, FieldsTellOldAndNewValues)
 {
-    const auto layer = Parse("def \"P\" { int x = 1 }\n");
+    const auto layer = Parse("def \"P\" { int x = 1; }\n");
     Listener listener(layer);
     layer->SetField(kAttribute, SdfFieldKeys->Default, 2);
     ASSERT_EQ(listener.lists.size(), 1u);
@@ -96,7 +96,7 @@ TEST(Changes, AnEqualValueSendsNothing)
 
 TEST(Changes, ABlockSendsOnceAndKeepsTheFirstOldValue)
 {
-    const auto layer = Parse("def \"P\" { int x = 1 }\n");
+    const auto layer = Parse("def \"P\" { int x = 1; }\n");
     Listener listener(layer);
     {
         SdfChangeBlock outer;
@@ -169,7 +169,7 @@ TEST(Changes, SublayersAreToldOneByOne)
 
 TEST(Changes, ARenameKeepsTheOldPath)
 {
-    const auto layer = Parse("def \"P\" { def \"C\" { int x } }\n");
+    const auto layer = Parse("def \"P\" { def \"C\" { int x; }\n}\n");
     const SdfPrimSpecHandle prim = layer->GetPrimAtPath(kPrim);
     const SdfAttributeSpecHandle below = layer->GetAttributeAtPath(SdfPath("/P/C.x"));
     Listener listener(layer);
@@ -183,10 +183,10 @@ TEST(Changes, ARenameKeepsTheOldPath)
 
 TEST(Changes, ImportingSendsOnlyTheDifferences)
 {
-    const auto layer = Parse("def \"P\" { int x = 1 }\ndef \"Same\" {}\n");
+    const auto layer = Parse("def \"P\" { int x = 1; }\ndef \"Same\" {}\n");
     Listener listener(layer);
     ASSERT_TRUE(
-        layer->ImportFromString("#usda 1.0\ndef \"P\" { int x = 2 }\ndef \"Same\" {}\ndef \"New\" {}\n"));
+        layer->ImportFromString("#usda 1.0\ndef \"P\" { int x = 2; }\ndef \"Same\" {}\ndef \"New\" {}\n"));
     ASSERT_EQ(listener.lists.size(), 1u);
     EXPECT_TRUE(listener.Last().GetEntry(kAttribute).HasInfoChange(SdfFieldKeys->Default));
     EXPECT_TRUE(listener.Last().GetEntry(SdfPath("/New")).flags.didAddNonInertPrim);
@@ -210,7 +210,7 @@ TEST(Changes, DirtinessIsToldWhenItChanges)
 
 TEST(Changes, ALayerThatMayNotBeEditedStaysAsItIs)
 {
-    const auto layer = Parse("def \"P\" { int x = 1 }\n");
+    const auto layer = Parse("def \"P\" { int x = 1; }\n");
     layer->SetPermissionToEdit(false);
     Errors errors;
     layer->SetField(kAttribute, SdfFieldKeys->Default, 2);

@@ -75,7 +75,7 @@ TEST(Layers, OpenOnceFromManyThreads)
 
 TEST(Layers, AreReadFromManyThreads)
 {
-    const auto layer = Parse("def \"A\" { int x = 1\n def \"B\" {} }\n");
+    const auto layer = Parse("def \"A\" { int x = 1\n def \"B\" {}\n}\n");
     std::atomic<int> sum{0};
     std::vector<std::thread> threads;
     for (int i = 0; i < 4; ++i) {
@@ -118,11 +118,11 @@ TEST(Layers, AFileThatCannotBeReadIsOneError)
     const TemporaryDirectory directory;
     const std::string broken = directory.Write("broken.usda", "#usda 1.0\ndef {\n");
     EXPECT_EQ(errorsOfOpening(broken),
-              std::vector<std::string>{broken + ":2: found '{', expected a prim's type or its "
+              std::vector<std::string>{broken + ":2:5: found '{', expected a prim's type or its "
                                                 "name between quotes"});
     const std::string empty = directory.Write("empty.usd", "");
     EXPECT_EQ(errorsOfOpening(empty),
-              std::vector<std::string>{empty + ":1: found an empty file, expected a line such as #usda 1.0"});
+              std::vector<std::string>{empty + ":1:1: found an empty file, expected a line such as #usda 1.0"});
     const std::string unknown = directory.Write("a.xyz", kScene);
     EXPECT_EQ(
         errorsOfOpening(unknown),
@@ -295,7 +295,7 @@ TEST(Layers, ARenamedLayerIsFoundByItsNewName)
 
 TEST(Layers, TransferTheirContent)
 {
-    const auto source = Parse("(doc = \"d\")\ndef \"A\" { int x = 1 }\n");
+    const auto source = Parse("(doc = \"d\")\ndef \"A\" { int x = 1; }\n");
     const SdfLayerRefPtr target = SdfLayer::CreateAnonymous();
     target->TransferContent(source);
     EXPECT_EQ(Text(target), Text(source));

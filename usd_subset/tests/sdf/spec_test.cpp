@@ -46,7 +46,7 @@ TEST(Specs, RefuseBadAndTakenNames)
 
 TEST(Specs, HandlesKnowWhenTheirSpecIsGone)
 {
-    const auto layer = Parse("def \"A\" { int x }\n");
+    const auto layer = Parse("def \"A\" { int x; }\n");
     const SdfAttributeSpecHandle attribute = layer->GetAttributeAtPath(SdfPath("/A.x"));
     layer->RemoveRootPrim(layer->GetPrimAtPath(SdfPath("/A")));
     EXPECT_FALSE(attribute);
@@ -74,7 +74,7 @@ TEST(Specs, HandlesCastByTheKindOfSpec)
 
 TEST(Specs, DefaultsAreCastToTheTypeOfTheAttribute)
 {
-    const auto layer = Parse("def \"A\" { float x }\n");
+    const auto layer = Parse("def \"A\" { float x; }\n");
     const SdfAttributeSpecHandle attribute = layer->GetAttributeAtPath(SdfPath("/A.x"));
     EXPECT_TRUE(attribute->SetDefaultValue(VtValue(2)));
     EXPECT_EQ(attribute->GetDefaultValue(), VtValue(2.0f));
@@ -211,7 +211,7 @@ protected:
 
 TEST(Specs, AStateDelegateSeesTheOldStateOfEachEdit)
 {
-    const auto layer = Parse("def \"A\" { int x = 1 }\n");
+    const auto layer = Parse("def \"A\" { int x = 1; }\n");
     const TfRefPtr<Recorder> recorder = TfCreateRefPtr(new Recorder);
     layer->SetStateDelegate(recorder);
     layer->SetField(SdfPath("/A.x"), SdfFieldKeys->Default, 2);

@@ -405,7 +405,7 @@ def /* between */ "P" # behind a name
 
 TEST(TextReader, ReadsOrdersAndSemicolonsAndOtherLineEnds)
 {
-    const auto layer = Parse("reorder rootPrims = [\"B\", \"A\"]\r\ndef \"A\" { int x = 1; int y = 2 }\r\n"
+    const auto layer = Parse("reorder rootPrims = [\"B\", \"A\"]\r\ndef \"A\" { int x = 1; int y = 2; }\r\n"
                              "def \"B\" {\r\n reorder nameChildren = [\"D\", \"C\"]\r\n}\r\n");
     ASSERT_TRUE(layer);
     EXPECT_EQ(std::vector<TfToken>(layer->GetRootPrimOrder()),

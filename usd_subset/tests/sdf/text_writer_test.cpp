@@ -77,14 +77,14 @@ def Xform "World" (
     float c.connect = </World.out>
     prepend float d.connect = [
         </World.x>,
-        </World.y>
+        </World.y>,
     ]
     rel empty = None
     custom rel one = </A>
     point3f[] points = [(1, 2, 3), (0.1, -2.5e-7, 1e20)]
     prepend rel several = [
         </A>,
-        </B.x>
+        </B.x>,
     ]
     int z = None
 
@@ -189,7 +189,7 @@ TEST(TextWriter, KeepsStringsWithAnyCharacter)
 
 TEST(TextWriter, WritesOneSpecIntoAStream)
 {
-    const auto layer = Parse("def \"A\" {\n def \"B\" { int x = 1 }\n}\n");
+    const auto layer = Parse("def \"A\" {\n def \"B\" { int x = 1; }\n}\n");
     std::ostringstream text;
     ASSERT_TRUE(layer->GetPrimAtPath(SdfPath("/A/B"))->WriteToStream(text));
     EXPECT_EQ(text.str(), "def \"B\"\n{\n    int x = 1\n}\n");

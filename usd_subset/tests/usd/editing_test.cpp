@@ -128,7 +128,7 @@ TEST(Files, AreReloadedWithoutTheEditsThatWereNotSaved)
 {
     const Folder folder;
     const std::string file = folder.file("scene.usda");
-    std::ofstream(file) << "#usda 1.0\ndef \"A\" { double a = 1 }\n";
+    std::ofstream(file) << "#usda 1.0\ndef \"A\" { double a = 1; }\n";
     const UsdStageRefPtr scene = UsdStage::Open(file);
     attribute(scene, "/A.a").Set(2.0);
     scene->Reload();

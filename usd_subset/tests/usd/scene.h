@@ -1,5 +1,7 @@
 #pragma once
 
+#include "../on_lines.h"
+
 #include <pxr/base/tf/diagnosticMgr.h>
 #include <pxr/base/tf/errorMark.h>
 #include <pxr/base/tf/notice.h>
@@ -21,11 +23,12 @@ namespace usd_tests {
 
 PXR_NAMESPACE_USING_DIRECTIVE
 
-/// An anonymous layer with the content of a text file; the header line is added.
+/// An anonymous layer with the content of a text file; the header line is added, and the line ends that braces
+/// want.
 inline SdfLayerRefPtr layer(const std::string& text, const std::string& name = "test.usda")
 {
     const SdfLayerRefPtr result = SdfLayer::CreateAnonymous(name);
-    return result->ImportFromString("#usda 1.0\n" + text) ? result : SdfLayerRefPtr();
+    return result->ImportFromString("#usda 1.0\n" + onLines(text)) ? result : SdfLayerRefPtr();
 }
 
 /// A stage on such a layer.

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "../on_lines.h"
+
 #include <pxr/usd/sdf/layer.h>
 #include <pxr/usd/usd/prim.h>
 #include <pxr/usd/usd/stage.h>
@@ -14,7 +16,7 @@ PXR_NAMESPACE_USING_DIRECTIVE
 inline UsdStageRefPtr StageOf(const std::string& text)
 {
     const SdfLayerRefPtr layer = SdfLayer::CreateAnonymous(".usda");
-    EXPECT_TRUE(layer->ImportFromString("#usda 1.0\n" + text));
+    EXPECT_TRUE(layer->ImportFromString("#usda 1.0\n" + onLines(text)));
     return UsdStage::Open(layer);
 }
 

@@ -52,6 +52,13 @@ public:
     void SetTimeSample(const SdfPath& path, double time, const VtValue& value) override;
     void EraseTimeSample(const SdfPath& path, double time) override;
 
+    /// One spec whose fields a reader sets, so that the spec is looked up once. Valid until it is erased or
+    /// moved.
+    class Fields;
+    /// Returns a spec's fields, those of no spec where there is none.
+    Fields GetFields(const SdfPath& path);
+    /// Makes a spec and returns its fields.
+    Fields CreateFields(const SdfPath& path, SdfSpecType specType);
     /// Moves a value into a field that is new to its spec; for readers, which know that each comes once.
     void Adopt(const SdfPath& path, const TfToken& fieldName, VtValue&& value);
 
@@ -72,6 +79,35 @@ private:
     VtValue* _FindOrAdd(const SdfPath& path, const TfToken& fieldName);
 
     std::unordered_map<SdfPath, _Spec, SdfPath::Hash> _specs;
+};
+
+class SdfData::Fields
+{
+public:
+    Fields() = default;
+    explicit operator bool() const { return _spec != nullptr; }
+    SdfSpecType GetSpecType() const { return _spec ? _spec->type : SdfSpecTypeUnknown; }
+    void Reserve(size_t count) const { _spec->fields.reserve(count); }
+    /// Returns a field's value, null where it is not set.
+    const VtValue* Find(const TfToken& name) const { return _FindField(*_spec, name); }
+    /// Returns a field's value, a default-made one where it is not set or holds another type.
+    template <class T>
+    T GetAs(const TfToken& name) const
+    {
+        const VtValue* value = Find(name);
+        return value && value->IsHolding<T>() ? value->UncheckedGet<T>() : T();
+    }
+    void Set(const TfToken& name, VtValue&& value) const;
+    template <class T>
+    void Set(const TfToken& name, T value) const
+    {
+        Set(name, VtValue::Take(value));
+    }
+
+private:
+    friend class SdfData;
+    explicit Fields(_Spec* spec) : _spec(spec) {}
+    _Spec* _spec = nullptr;
 };
 
 PXR_NAMESPACE_CLOSE_SCOPE

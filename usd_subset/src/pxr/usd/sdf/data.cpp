@@ -154,6 +154,30 @@ void SdfData::Adopt(const SdfPath& path, const TfToken& fieldName, VtValue&& val
     }
 }
 
+SdfData::Fields SdfData::GetFields(const SdfPath& path)
+{
+    const auto it = _specs.find(path);
+    return it == _specs.end() ? Fields() : Fields(&it->second);
+}
+
+SdfData::Fields SdfData::CreateFields(const SdfPath& path, SdfSpecType specType)
+{
+    _Spec& spec = _specs[path];
+    spec.type = specType;
+    return Fields(&spec);
+}
+
+void SdfData::Fields::Set(const TfToken& name, VtValue&& value) const
+{
+    for (_Field& field : _spec->fields) {
+        if (field.first == name) {
+            field.second = std::move(value);
+            return;
+        }
+    }
+    _spec->fields.emplace_back(name, std::move(value));
+}
+
 void SdfData::Erase(const SdfPath& path, const TfToken& fieldName)
 {
     const auto it = _specs.find(path);

@@ -1,3 +1,4 @@
+#include <pxr/base/tf/unicodeUtils.h>
 #include <pxr/base/vt/array.h>
 #include <pxr/usd/sdf/assetPath.h>
 #include <pxr/usd/sdf/path.h>
@@ -142,12 +143,15 @@ SdfAllowed SdfSchemaBase::IsValidNamespacedIdentifier(const std::string& name)
 
 SdfAllowed SdfSchemaBase::IsValidVariantIdentifier(const std::string& name)
 {
-    // An optional dot, then letters, digits, underscores, bars and dashes.
-    const size_t first = !name.empty() && name.front() == '.' ? 1 : 0;
-    const bool valid = std::all_of(name.begin() + static_cast<std::ptrdiff_t>(first), name.end(), [](char c) {
-        const unsigned char u = static_cast<unsigned char>(c);
-        return std::isalnum(u) || c == '_' || c == '|' || c == '-' || u >= 0x80;
-    });
+    // An optional dot, then what identifiers go on with, bars and dashes.
+    const char* at = name.data();
+    const char* const end = at + name.size();
+    at += at != end && *at == '.' ? 1 : 0;
+    bool valid = true;
+    while (valid && at != end) {
+        const uint32_t code = Tf_NextCodePoint(&at, end);
+        valid = code == '|' || code == '-' || TfIsUtf8CodePointXidContinue(code);
+    }
     return SdfAllowed(valid, "\"" + name + "\" is not a valid variant name");
 }
 

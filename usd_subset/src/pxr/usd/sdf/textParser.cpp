@@ -1,5 +1,8 @@
 #include "pxr/usd/sdf/textParser.h"
 
+#include "pxr/usd/sdf/textValues.h"
+
+#include <pxr/base/tf/diagnostic.h>
 #include <pxr/usd/sdf/schema.h>
 
 #include <new>
@@ -9,21 +12,26 @@ PXR_NAMESPACE_OPEN_SCOPE
 
 namespace {
 
+constexpr std::string_view kHeader = "#usda ";
+
 std::string nested(int levels) { return "nested deeper than " + std::to_string(levels) + " levels"; }
+
+bool isSpecifier(std::string_view word) { return word == "def" || word == "over" || word == "class"; }
+
+SdfSpecifier specifierOf(std::string_view word)
+{
+    return word == "def" ? SdfSpecifierDef : word == "class" ? SdfSpecifierClass : SdfSpecifierOver;
+}
 
 } // namespace
 
-bool Sdf_IsTextLayer(std::string_view text)
-{
-    return text.substr(0, 6) == "#usda " || text.substr(0, 5) == "#sdf ";
-}
+bool Sdf_IsTextLayer(std::string_view text) { return text.substr(0, kHeader.size()) == kHeader; }
 
 bool Sdf_ParseText(const std::string& name, std::string_view text, bool metadataOnly, SdfData* data,
                    std::string* error)
 {
     const auto report = [&](size_t offset, const std::string& found, const std::string& expected) {
-        *error = name + ":" + std::to_string(Sdf_LineOf(text, offset)) + ": found " + found + ", expected " +
-                 expected;
+        *error = name + ":" + Sdf_PlaceOf(text, offset) + ": found " + found + ", expected " + expected;
         return false;
     };
     try {
@@ -32,9 +40,9 @@ bool Sdf_ParseText(const std::string& name, std::string_view text, bool metadata
         }
         const size_t bad = Sdf_FindBadByte(text);
         if (bad < text.size()) {
-            return report(bad, text[bad] == '\0' ? "a NUL byte" : "bytes that are not UTF-8", "UTF-8 text");
+            return report(bad, "bytes that are not UTF-8", "UTF-8 text");
         }
-        Sdf_TextParser(text, data).ParseLayer(metadataOnly);
+        Sdf_TextParser(name, text, data).ParseLayer(metadataOnly);
         return true;
     } catch (const Sdf_TextProblem& problem) {
         return report(problem.offset, problem.found, problem.expected);
@@ -49,102 +57,122 @@ bool Sdf_ParseText(const std::string& name, std::string_view text, bool metadata
 void Sdf_TextParser::_ParseHeader()
 {
     const std::string_view line = _s.Header();
-    const size_t space = line.find(' ');
-    const bool known = Sdf_IsTextLayer(line);
-    const char major = known && space + 1 < line.size() ? line[space + 1] : '\0';
-    if (!known || major != '1') {
-        _s.Fail(0, "'" + std::string(line.substr(0, 40)) + "'", "a first line such as #usda 1.0");
+    if (!Sdf_IsTextLayer(line)) {
+        _s.Fail(0, "'" + std::string(line.substr(0, std::min<size_t>(40, Sdf_FindBadByte(line)))) + "'",
+                "a first line such as #usda 1.0");
+    }
+    if (line.substr(line.size() - 3) != "1.0") {
+        TF_WARN(
+            "%s: the first line is '%s', and this reader knows version 1.0; what is newer than that may be "
+            "misread.",
+            _name.c_str(), std::string(line.substr(0, 40)).c_str());
     }
 }
 
 void Sdf_TextParser::ParseLayer(bool metadataOnly)
 {
-    const SdfPath& root = SdfPath::AbsoluteRootPath();
-    _data->CreateSpec(root, SdfSpecTypePseudoRoot);
+    const SdfPath& path = SdfPath::AbsoluteRootPath();
+    const _Spec root{path, SdfSpecTypePseudoRoot, _data->CreateFields(path, SdfSpecTypePseudoRoot)};
     _ParseHeader();
+    _s.SkipLines();
     if (_s.Peek() == '(') {
-        _ParseMetadata(root, SdfSpecTypePseudoRoot);
+        _ParseMetadata(root);
+        _s.SkipLines();
     }
     std::vector<TfToken> prims;
     while (!metadataOnly && !_s.AtEnd()) {
-        SdfSpecifier specifier = SdfSpecifierOver;
-        if (_AcceptSpecifier(&specifier)) {
-            _ParsePrim(root, specifier, &prims, 1);
-        } else if (!_ParseReorder(root)) {
-            _s.Fail("def, over, class or reorder rootPrims");
-        }
-        _s.EndStatement('\0', "behind a prim");
+        _ParseRootStatement(&prims);
+        _s.SkipLines();
     }
     if (!prims.empty()) {
-        _Set(root, SdfChildrenKeys->PrimChildren, prims);
+        root.fields.Set(SdfChildrenKeys->PrimChildren, std::move(prims));
     }
 }
 
-bool Sdf_TextParser::_AcceptSpecifier(SdfSpecifier* specifier)
+void Sdf_TextParser::_ParseRootStatement(std::vector<TfToken>* prims)
 {
-    if (_s.AcceptWord("def")) {
-        *specifier = SdfSpecifierDef;
-    } else if (_s.AcceptWord("over")) {
-        *specifier = SdfSpecifierOver;
-    } else if (_s.AcceptWord("class")) {
-        *specifier = SdfSpecifierClass;
+    const SdfPath& root = SdfPath::AbsoluteRootPath();
+    const std::string_view word = _s.PeekIdentifier();
+    if (isSpecifier(word)) {
+        _ParsePrim(root, word, prims, 1);
+        _s.SkipLineRest();
+        // A carriage return alone ends no line here.
+        const bool ended = _s.AtEnd() || _s.Accept('\n') || (_s.Accept('\r') && _s.Accept('\n'));
+        if (!ended) {
+            _s.Fail("a new line behind a prim");
+        }
+    } else if (_s.AcceptWord("reorder")) {
+        _s.Gap("rootPrims");
+        if (!_s.AcceptWord("rootPrims")) {
+            _s.Fail("rootPrims");
+        }
+        _s.Assign("rootPrims");
+        _data->GetFields(root).Set(SdfFieldKeys->PrimOrder, _NameList("a name between quotes"));
+        if (!_s.EndStatement() && !_s.AtEnd()) {
+            _s.Fail("a new line or ';' behind a list of names");
+        }
     } else {
-        return false;
+        _s.Fail("def, over, class or reorder rootPrims");
     }
-    return true;
 }
 
-std::vector<std::string> Sdf_TextParser::_NameList(const char* what)
+std::vector<TfToken> Sdf_TextParser::_NameList(const char* what)
 {
-    std::vector<std::string> names;
-    if (_s.Peek() == '[') {
-        _s.List('[', ']', "in a list of names", [&] { names.push_back(_s.String(what)); });
-    } else {
-        names.push_back(_s.String(what));
+    std::vector<TfToken> names;
+    if (_s.Peek() != '[') {
+        names.push_back(TfToken(_s.String(what)));
+        return names;
+    }
+    _s.List('[', ']', "in a list of names", [&] { names.push_back(TfToken(_s.String(what))); });
+    if (names.empty()) {
+        _s.Fail(_s.Offset() - 1, "an empty list", what);
     }
     return names;
 }
 
-std::vector<TfToken> Sdf_TextParser::_TokenList(const char* what)
+// Reads `reorder nameChildren = [...]` or `reorder properties = [...]`; leaves other statements alone that
+// begin with that word.
+bool Sdf_TextParser::_AcceptOrder(const _Spec& prim)
 {
-    std::vector<TfToken> tokens;
-    for (const std::string& name : _NameList(what)) {
-        tokens.push_back(TfToken(name));
-    }
-    return tokens;
-}
-
-// Reads `reorder NAMES = [...]`; gives the word back where another statement begins with it.
-bool Sdf_TextParser::_ParseReorder(const SdfPath& path)
-{
-    _s.Peek();
     const size_t start = _s.Offset();
-    if (!_s.AcceptWord("reorder")) {
-        return false;
-    }
-    const bool isRoot = path.IsAbsoluteRootPath();
-    const bool children = _s.AcceptWord(isRoot ? "rootPrims" : "nameChildren");
-    if (!children && (isRoot || !_s.AcceptWord("properties"))) {
-        _s.GoTo(start);
-        return false;
-    }
-    _s.Expect('=', "behind reorder");
-    _Set(path, children ? SdfFieldKeys->PrimOrder : SdfFieldKeys->PropertyOrder,
-         _TokenList("a name between quotes"));
-    return true;
-}
-
-void Sdf_TextParser::_ParsePrim(const SdfPath& parent, SdfSpecifier specifier, std::vector<TfToken>* siblings,
-                                int depth)
-{
-    std::string typeName;
-    if (!_s.AtString()) {
-        typeName = std::string(_s.Word("a prim's type or its name between quotes"));
-        while (_s.Accept('.')) {
-            typeName += '.' + std::string(_s.Word("a type's name"));
+    if (_s.AcceptWord("reorder") && _s.SkipBlanks()) {
+        const bool children = _s.AcceptWord("nameChildren");
+        if (children || _s.AcceptWord("properties")) {
+            _s.Assign(children ? "nameChildren" : "properties");
+            prim.fields.Set(children ? SdfFieldKeys->PrimOrder : SdfFieldKeys->PropertyOrder,
+                            _NameList("a name between quotes"));
+            return true;
         }
     }
-    _s.Peek();
+    _s.GoTo(start);
+    return false;
+}
+
+std::string Sdf_TextParser::_PrimTypeName()
+{
+    std::string typeName(_s.Name("a prim's type or its name between quotes"));
+    for (;;) {
+        const size_t end = _s.Offset();
+        _s.SkipBlanks();
+        if (!_s.Accept('.')) {
+            _s.GoTo(end);
+            return typeName;
+        }
+        _s.SkipBlanks();
+        typeName += '.' + std::string(_s.Name("a type's name"));
+    }
+}
+
+void Sdf_TextParser::_ParsePrim(const SdfPath& parent, std::string_view specifier,
+                                std::vector<TfToken>* siblings, int depth)
+{
+    _s.GoTo(_s.Offset() + specifier.size());
+    _s.Gap("a prim's type or name");
+    std::string typeName;
+    if (!_s.AtString()) {
+        typeName = _PrimTypeName();
+        _s.Gap("a prim's name");
+    }
     const size_t offset = _s.Offset();
     const std::string name = _s.String("a prim's name between quotes");
     if (!SdfPath::IsValidIdentifier(name)) {
@@ -155,95 +183,133 @@ void Sdf_TextParser::_ParsePrim(const SdfPath& parent, SdfSpecifier specifier, s
         _s.Fail(offset, "prims " + nested(kSdf_MaxTextPrimDepth), "fewer levels");
     }
     const TfToken token(name);
-    const SdfPath path = parent.AppendChild(token);
-    if (_data->HasSpec(path)) {
-        _s.Fail(offset, "a second prim <" + path.GetString() + ">", "each prim once");
+    _Spec prim{parent.AppendChild(token), SdfSpecTypePrim, SdfData::Fields()};
+    if (_data->HasSpec(prim.path)) {
+        _s.Fail(offset, "a second prim <" + prim.path.GetString() + ">", "each prim once");
     }
-    _data->CreateSpec(path, SdfSpecTypePrim);
+    prim.fields = _data->CreateFields(prim.path, SdfSpecTypePrim);
+    prim.fields.Reserve(4);
     siblings->push_back(token);
-    _Set(path, SdfFieldKeys->Specifier, specifier);
+    prim.fields.Set(SdfFieldKeys->Specifier, specifierOf(specifier));
     if (!typeName.empty()) {
-        _Set(path, SdfFieldKeys->TypeName, TfToken(typeName));
+        prim.fields.Set(SdfFieldKeys->TypeName, TfToken(typeName));
     }
+    _s.SkipLines();
     if (_s.Peek() == '(') {
-        _ParseMetadata(path, SdfSpecTypePrim);
+        _ParseMetadata(prim);
+        _s.SkipLines();
     }
     _s.Expect('{', "to open a prim");
-    _ParsePrimContents(path, depth);
+    _ParsePrimContents(prim, depth);
 }
 
 // Reads up to and with the closing brace of a prim or a variant.
-void Sdf_TextParser::_ParsePrimContents(const SdfPath& path, int depth)
+void Sdf_TextParser::_ParsePrimContents(const _Spec& prim, int depth)
 {
+    const TfToken& setsField = SdfChildrenKeys->VariantSetChildren;
     _Children children;
-    _s.Statements('}', "in a prim", [&] {
-        SdfSpecifier specifier = SdfSpecifierOver;
-        if (_s.PeekWord().empty()) {
-            _s.Fail("a property, a prim, a variant set or '}'");
-        }
-        if (_AcceptSpecifier(&specifier)) {
-            _ParsePrim(path, specifier, &children.prims, depth + 1);
-        } else if (_s.AcceptWord("variantSet")) {
-            _ParseVariantSet(path, depth + 1);
-        } else if (!_ParseReorder(path)) {
-            _ParseProperty(path, &children.properties);
-        }
-    });
+    children.variantSets = prim.fields.GetAs<std::vector<TfToken>>(setsField);
+    _s.SkipLines();
+    while (!_s.Accept('}')) {
+        _ParsePrimStatement(prim, &children, depth);
+        _s.SkipLines();
+    }
     if (!children.prims.empty()) {
-        _Set(path, SdfChildrenKeys->PrimChildren, children.prims);
+        prim.fields.Set(SdfChildrenKeys->PrimChildren, std::move(children.prims));
     }
     if (!children.properties.empty()) {
-        _Set(path, SdfChildrenKeys->PropertyChildren, children.properties);
+        prim.fields.Set(SdfChildrenKeys->PropertyChildren, std::move(children.properties));
+    }
+    if (!children.variantSets.empty()) {
+        prim.fields.Set(setsField, std::move(children.variantSets));
     }
 }
 
-void Sdf_TextParser::_ParseVariantSet(const SdfPath& owner, int depth)
+void Sdf_TextParser::_ParsePrimStatement(const _Spec& prim, _Children* children, int depth)
 {
-    _s.Peek();
-    const size_t offset = _s.Offset();
-    const std::string name = _s.String("a variant set's name between quotes");
-    if (name.empty() || !SdfSchema::IsValidVariantIdentifier(name)) {
-        _s.Fail(offset, "\"" + name + "\"", "a variant set's name: letters, digits, '_', '-' and '|'");
+    const std::string_view word = _s.PeekIdentifier();
+    if (word.empty()) {
+        _s.Fail("a property, a prim, a variant set or '}'");
+    } else if (isSpecifier(word)) {
+        _ParsePrim(prim.path, word, &children->prims, depth + 1);
+        _EndBlock("behind a prim");
+    } else if (word == "variantSet") {
+        _ParseVariantSet(prim, &children->variantSets, depth + 1);
+        _EndBlock("behind a variant set");
+    } else {
+        if (word != "reorder" || !_AcceptOrder(prim)) {
+            _ParseProperty(prim, &children->properties);
+        }
+        if (!_s.EndStatement()) {
+            _s.Fail("a new line or ';' behind a property");
+        }
     }
+}
+
+void Sdf_TextParser::_EndBlock(const char* where)
+{
+    if (!_s.EndLine()) {
+        _s.Fail(std::string("a new line ") + where);
+    }
+}
+
+std::string Sdf_TextParser::_VariantName(const char* what)
+{
+    const size_t offset = _s.Offset();
+    const std::string name = _s.String(what);
+    if (name.empty() || !SdfSchema::IsValidVariantIdentifier(name)) {
+        _s.Fail(offset, "\"" + name + "\"", std::string(what) + ": letters, digits, '_', '-' and '|'");
+    }
+    return name;
+}
+
+void Sdf_TextParser::_ParseVariantSet(const _Spec& owner, std::vector<TfToken>* siblings, int depth)
+{
+    _s.AcceptWord("variantSet");
+    _s.Gap("a variant set's name");
+    const size_t offset = _s.Offset();
+    const std::string name = _VariantName("a variant set's name between quotes");
     if (depth > kSdf_MaxTextPrimDepth) {
         _s.Fail(offset, "variants " + nested(kSdf_MaxTextPrimDepth), "fewer levels");
     }
-    const SdfPath set = owner.AppendVariantSelection(name, std::string());
-    if (!_data->HasSpec(set)) {
-        _data->CreateSpec(set, SdfSpecTypeVariantSet);
-        auto sets = _data->GetAs<std::vector<TfToken>>(owner, SdfChildrenKeys->VariantSetChildren);
-        sets.push_back(TfToken(name));
-        _Set(owner, SdfChildrenKeys->VariantSetChildren, sets);
+    const SdfPath path = owner.path.AppendVariantSelection(name, std::string());
+    if (!_data->HasSpec(path)) {
+        _data->CreateSpec(path, SdfSpecTypeVariantSet);
+        siblings->push_back(TfToken(name));
     }
-    auto variants = _data->GetAs<std::vector<TfToken>>(set, SdfChildrenKeys->VariantChildren);
-    _s.Expect('=', "behind a variant set's name");
+    _s.Assign("a variant set's name");
+    _s.SkipLines();
     _s.Expect('{', "to open a variant set");
+    _s.SkipLines();
+    // Where a set stands in several statements, the last one lists its variants.
+    std::vector<TfToken> variants;
+    _Names names;
     while (!_s.Accept('}')) {
-        _ParseVariant(owner, name, &variants, depth);
+        variants.push_back(_ParseVariant(owner.path, name, &names, depth));
+        _s.SkipLines();
     }
-    _Set(set, SdfChildrenKeys->VariantChildren, variants);
+    _data->GetFields(path).Set(SdfChildrenKeys->VariantChildren, std::move(variants));
 }
 
-void Sdf_TextParser::_ParseVariant(const SdfPath& owner, const std::string& set,
-                                   std::vector<TfToken>* variants, int depth)
+TfToken Sdf_TextParser::_ParseVariant(const SdfPath& owner, const std::string& set, _Names* names, int depth)
 {
-    _s.Peek();
     const size_t offset = _s.Offset();
-    const std::string name = _s.String("a variant's name between quotes or '}'");
-    if (name.empty() || !SdfSchema::IsValidVariantIdentifier(name)) {
-        _s.Fail(offset, "\"" + name + "\"", "a variant's name: letters, digits, '_', '-' and '|'");
-    }
-    const SdfPath path = owner.AppendVariantSelection(set, name);
-    if (_data->HasSpec(path)) {
+    const std::string name =
+        _VariantName(_s.AtString() ? "a variant's name" : "a variant's name between quotes or '}'");
+    const TfToken token(name);
+    if (!names->insert(token).second) {
         _s.Fail(offset, "a second variant \"" + name + "\"", "each variant once");
     }
-    _data->CreateSpec(path, SdfSpecTypeVariant);
-    variants->push_back(TfToken(name));
+    const SdfPath path = owner.AppendVariantSelection(set, name);
+    const _Spec variant{path, SdfSpecTypeVariant, _data->CreateFields(path, SdfSpecTypeVariant)};
+    _s.SkipLines();
     if (_s.Peek() == '(') {
-        _ParseMetadata(path, SdfSpecTypePrim);
+        _ParseMetadata(variant);
+        _s.SkipLines();
     }
     _s.Expect('{', "to open a variant");
-    _ParsePrimContents(path, depth);
+    _ParsePrimContents(variant, depth);
+    return token;
 }
 
 PXR_NAMESPACE_CLOSE_SCOPE

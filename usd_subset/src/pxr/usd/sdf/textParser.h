@@ -3,8 +3,10 @@
 /// Turns the text of a layer into specs.
 
 #include "pxr/usd/sdf/textScanner.h"
+#include "pxr/usd/sdf/textValues.h"
 
 #include <pxr/base/tf/token.h>
+#include <pxr/base/vt/dictionary.h>
 #include <pxr/pxr.h>
 #include <pxr/usd/sdf/data.h>
 #include <pxr/usd/sdf/layerOffset.h>
@@ -12,9 +14,11 @@
 #include <pxr/usd/sdf/path.h>
 #include <pxr/usd/sdf/types.h>
 
-#include <algorithm>
+#include <array>
 #include <string>
 #include <string_view>
+#include <unordered_map>
+#include <unordered_set>
 #include <vector>
 
 PXR_NAMESPACE_OPEN_SCOPE
@@ -23,117 +27,125 @@ PXR_NAMESPACE_OPEN_SCOPE
 constexpr int kSdf_MaxTextPrimDepth = 1000;
 
 /// Reads a layer's text into `data`, which must be empty. Where the text is bad it returns false and one line
-/// `NAME:LINE: found X, expected Y`. With `metadataOnly` it stops behind the layer's own fields.
+/// `NAME:LINE:COLUMN: found X, expected Y`. With `metadataOnly` it stops behind the layer's own fields.
 bool Sdf_ParseText(const std::string& name, std::string_view text, bool metadataOnly, SdfData* data,
                    std::string* error);
 /// Says whether the text begins as a text layer does.
 bool Sdf_IsTextLayer(std::string_view text);
 
-/// The reader of one text. Its parts lie in several sources: structure, metadata, properties.
+/// The reader of one text. Its parts lie in several sources: structure, metadata, composition, properties.
 class Sdf_TextParser
 {
 public:
-    Sdf_TextParser(std::string_view text, SdfData* data) : _s(text), _data(data) {}
+    Sdf_TextParser(const std::string& name, std::string_view text, SdfData* data)
+        : _name(name), _text(text), _s(text), _data(data)
+    {}
     void ParseLayer(bool metadataOnly);
 
 private:
+    // A spec that is being read.
+    struct _Spec
+    {
+        SdfPath path;
+        SdfSpecType type;
+        SdfData::Fields fields;
+    };
     // The names of the children that the spec being read has got so far.
     struct _Children
     {
         std::vector<TfToken> prims;
         std::vector<TfToken> properties;
+        std::vector<TfToken> variantSets;
     };
-    template <class T>
-    void _Set(const SdfPath& path, const TfToken& field, T value)
+    typedef std::unordered_set<TfToken, TfToken::HashFunctor> _Names;
+    // What stands before a property's name.
+    struct _Declaration
     {
-        _data->Adopt(path, field, VtValue::Take(value));
-    }
+        bool custom = false;
+        SdfVariability variability = SdfVariabilityVarying;
+        std::string_view typeName;
+        bool isArray = false;
+    };
 
     void _ParseHeader();
-    void _ParsePrim(const SdfPath& parent, SdfSpecifier specifier, std::vector<TfToken>* siblings, int depth);
-    void _ParsePrimContents(const SdfPath& path, int depth);
-    void _ParseVariantSet(const SdfPath& owner, int depth);
-    void _ParseVariant(const SdfPath& owner, const std::string& set, std::vector<TfToken>* variants,
-                       int depth);
-    bool _AcceptSpecifier(SdfSpecifier* specifier);
-    bool _ParseReorder(const SdfPath& path);
-    std::vector<std::string> _NameList(const char* what);
-    std::vector<TfToken> _TokenList(const char* what);
+    void _ParseRootStatement(std::vector<TfToken>* prims);
+    void _ParsePrim(const SdfPath& parent, std::string_view specifier, std::vector<TfToken>* siblings,
+                    int depth);
+    std::string _PrimTypeName();
+    void _ParsePrimContents(const _Spec& prim, int depth);
+    void _ParsePrimStatement(const _Spec& prim, _Children* children, int depth);
+    void _ParseVariantSet(const _Spec& owner, std::vector<TfToken>* siblings, int depth);
+    TfToken _ParseVariant(const SdfPath& owner, const std::string& set, _Names* names, int depth);
+    std::string _VariantName(const char* what);
+    bool _AcceptOrder(const _Spec& prim);
+    void _EndBlock(const char* where);
+    std::vector<TfToken> _NameList(const char* what);
 
-    void _ParseMetadata(const SdfPath& path, SdfSpecType type);
-    void _ParseMetadatum(const SdfPath& path, SdfSpecType type);
-    bool _ParseComposition(const std::string& key, SdfListOpType op, const SdfPath& path);
-    bool _ParseSpecialMetadatum(const std::string& key, const SdfPath& path, SdfSpecType type);
-    void _ParseListOpMetadatum(const TfToken& key, SdfListOpType op, const SdfPath& path, SdfSpecType type);
-    void _ParseGenericMetadatum(const TfToken& key, const SdfPath& path, SdfSpecType type);
-    void _ParseUnknownMetadatum(const TfToken& key, SdfListOpType op, const SdfPath& path);
-    void _ParseSubLayers();
-    void _ParseRelocates(const SdfPath& path, SdfSpecType type);
-    void _ParseSubstitutions(const TfToken& key, const SdfPath& path);
-    void _ParseVariantSelections(const SdfPath& path);
+    void _ParseMetadata(const _Spec& spec);
+    void _ParseMetadatum(const _Spec& spec);
+    void _ParseReservedMetadatum(std::string_view key, const _Spec& spec);
+    bool _ParseLayerMetadatum(std::string_view key, const _Spec& spec);
+    bool _ParsePrimMetadatum(std::string_view key, const _Spec& spec);
+    bool _ParseArcs(std::string_view key, SdfListOpType op, const _Spec& spec);
+    void _ParsePlainMetadatum(const TfToken& key, const _Spec& spec);
+    void _ParseListMetadatum(const TfToken& key, SdfListOpType op, const _Spec& spec);
+    void _ParseKnownMetadatum(const TfToken& key, const _Spec& spec);
+    void _ParseUnknownMetadatum(const TfToken& key, const _Spec& spec);
+    void _ParseUnknownList(const TfToken& key, SdfListOpType op, const _Spec& spec);
+    template <class Item>
+    bool _AcceptKnownList(const TfToken& key, SdfListOpType op, const _Spec& spec);
+    bool _AcceptAnyKnownList(const TfToken& key, SdfListOpType op, const _Spec& spec);
+    void _FailValue(size_t offset, const TfToken& key, const std::string& whyNot);
+    void _ParsePermission(const _Spec& spec);
+    void _ParseDisplayUnit(const _Spec& spec);
+
+    void _ParseReferences(SdfListOpType op, const _Spec& spec);
+    void _ParsePayload(SdfListOpType op, const _Spec& spec);
+    void _ParsePrimPaths(const TfToken& field, SdfListOpType op, const _Spec& spec);
+    void _ParseVariantSetNames(SdfListOpType op, const _Spec& spec);
+    void _ArcTarget(std::string* asset, SdfPath* prim);
     SdfLayerOffset _LayerOffset(VtDictionary* customData);
-    bool _AcceptListOp(SdfListOpType* op);
+    void _ParseSubLayers(const _Spec& spec);
+    void _ParseRelocates(const _Spec& spec);
+    void _ParseSubstitutions(const TfToken& key, const _Spec& spec);
+    void _ParseVariantSelections(const _Spec& spec);
 
     // Reads None, one item, or a list of items, and puts them into a list op.
     template <class Item, class ReadItem>
-    void _ParseListOp(const TfToken& field, SdfListOpType op, const SdfPath& path, const char* what,
+    void _ParseListOp(const TfToken& field, SdfListOpType op, const _Spec& spec, const char* what,
                       const ReadItem& readItem);
-    template <class Item>
-    void _StoreListOp(const TfToken& field, SdfListOpType op, const SdfPath& path, size_t offset,
-                      const std::vector<Item>& items);
-    SdfPath _PathItem(const SdfPath& owner, const char* what);
+    // A path as it stands, and the one that it is from the prim that holds it.
+    SdfPath _Path(const char* what, std::string* text = nullptr);
+    static SdfPath _FromPrim(const _Spec& spec, const SdfPath& path);
+    SdfPath _PrimPath(const _Spec& spec);
 
-    void _ParseProperty(const SdfPath& owner, std::vector<TfToken>* siblings);
-    void _ParseAttribute(const SdfPath& owner, bool custom, SdfVariability variability, bool hasOp,
-                         SdfListOpType op, std::vector<TfToken>* siblings);
-    void _ParseRelationship(const SdfPath& owner, bool custom, SdfVariability variability, bool hasOp,
-                            SdfListOpType op, std::vector<TfToken>* siblings);
-    SdfPath _MakeProperty(const SdfPath& owner, SdfSpecType type, std::vector<TfToken>* siblings);
-    VtValue _AttributeValue(const std::string& typeName);
-    void _ParseTimeSamples(const SdfPath& path, const std::string& typeName);
-    void _ParseConnection(const SdfPath& path, SdfListOpType op);
+    void _ParseProperty(const _Spec& prim, std::vector<TfToken>* siblings);
+    bool _AcceptRelationship(_Declaration* declaration);
+    void _ParseType(_Declaration* declaration);
+    _Spec _MakeAttribute(const _Spec& prim, const _Declaration& declaration, std::vector<TfToken>* siblings);
+    _Spec _MakeRelationship(const _Spec& prim, const _Declaration& declaration,
+                            std::vector<TfToken>* siblings);
+    _Spec _MakeProperty(const _Spec& prim, SdfSpecType type, std::vector<TfToken>* siblings, size_t* offset);
+    bool _AcceptDot();
+    void _ParseAttribute(const _Spec& attribute, const _Declaration& declaration);
+    void _ParseRelationship(const _Spec& relationship);
+    void _ParseTimeSamples(const _Spec& attribute, const Sdf_TextType& type);
+    void _ParseConnection(const _Spec& attribute, SdfListOpType op);
+    void _ParseTargets(const _Spec& relationship, SdfListOpType op);
+    VtValue _AttributeValue(const Sdf_TextType& type);
+    const Sdf_TextType& _Type(const _Declaration& declaration);
+    const TfToken& _Token(std::string_view word);
 
+    const std::string& _name;
+    std::string_view _text;
     Sdf_TextScanner _s;
     SdfData* _data;
+    std::unordered_map<std::string_view, TfToken> _tokens;
+    // Of each type's name: what a value and an array of it are.
+    std::unordered_map<std::string_view, std::array<Sdf_TextType, 2>> _types;
 };
 
-template <class Item>
-void Sdf_TextParser::_StoreListOp(const TfToken& field, SdfListOpType op, const SdfPath& path, size_t offset,
-                                  const std::vector<Item>& items)
-{
-    if (items.empty() && op != SdfListOpTypeExplicit) {
-        _s.Fail(offset, "an empty list", "at least one item, as only a plain list may be empty");
-    }
-    SdfListOp<Item> listOp = _data->GetAs<SdfListOp<Item>>(path, field);
-    std::vector<Item> unique;
-    for (const Item& item : items) {
-        if (items.size() < 1000 && std::find(unique.begin(), unique.end(), item) != unique.end()) {
-            _s.Fail(offset, "a list that names an item twice", "each item once");
-        }
-        unique.push_back(item);
-    }
-    if (op == SdfListOpTypeExplicit && items.empty()) {
-        listOp.ClearAndMakeExplicit();
-    } else {
-        listOp.SetItems(items, op);
-    }
-    _Set(path, field, listOp);
-}
-
-template <class Item, class ReadItem>
-void Sdf_TextParser::_ParseListOp(const TfToken& field, SdfListOpType op, const SdfPath& path,
-                                  const char* what, const ReadItem& readItem)
-{
-    _s.Expect('=', what);
-    _s.Peek();
-    const size_t offset = _s.Offset();
-    std::vector<Item> items;
-    if (_s.Peek() == '[') {
-        _s.List('[', ']', what, [&] { items.push_back(readItem()); });
-    } else if (!_s.AcceptWord("None")) {
-        items.push_back(readItem());
-    }
-    _StoreListOp(field, op, path, offset, items);
-}
+/// Reads a word that says how a list is edited.
+bool Sdf_AcceptListOpWord(std::string_view word, SdfListOpType* op);
 
 PXR_NAMESPACE_CLOSE_SCOPE

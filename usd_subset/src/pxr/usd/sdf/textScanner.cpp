@@ -1,115 +1,103 @@
 #include "pxr/usd/sdf/textScanner.h"
 
+#include "pxr/usd/sdf/textUnicode.h"
+
+#include <pxr/base/tf/unicodeUtils.h>
+
 #include <algorithm>
-#include <charconv>
-#include <cmath>
-#include <limits>
+#include <cstring>
+#include <unordered_set>
 
 PXR_NAMESPACE_OPEN_SCOPE
 
-namespace {
-
-bool isDigit(char c) { return c >= '0' && c <= '9'; }
-bool isWordStart(char c)
+std::string Sdf_PlaceOf(std::string_view text, size_t offset)
 {
-    return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || c == '_' ||
-           static_cast<unsigned char>(c) >= 0x80;
-}
-bool isWordPart(char c) { return isWordStart(c) || isDigit(c); }
-
-// The characters U+0000 to U+001F and U+007F to U+009F.
-bool isControl(std::string_view text)
-{
-    const unsigned char first = static_cast<unsigned char>(text[0]);
-    return first < 0x20 || first == 0x7F ||
-           (first == 0xC2 && text.size() > 1 && static_cast<unsigned char>(text[1]) < 0xA0);
-}
-
-int hexDigit(char c)
-{
-    return isDigit(c)             ? c - '0'
-           : c >= 'a' && c <= 'f' ? c - 'a' + 10
-           : c >= 'A' && c <= 'F' ? c - 'A' + 10
-                                  : -1;
-}
-
-// Appends what the escape at `p` (behind the backslash) stands for and returns the position behind it.
-size_t unescape(std::string_view text, size_t p, std::string* out)
-{
-    const std::string_view names = "abfnrtv";
-    const std::string_view values = "\a\b\f\n\r\t\v";
-    const char c = text[p];
-    const size_t known = names.find(c);
-    if (known != std::string_view::npos) {
-        out->push_back(values[known]);
-        return p + 1;
-    }
-    int code = 0;
-    size_t end = p;
-    if (c == 'x') {
-        for (end = p + 1; end < text.size() && end < p + 3 && hexDigit(text[end]) >= 0; ++end) {
-            code = code * 16 + hexDigit(text[end]);
-        }
-        out->push_back(static_cast<char>(code));
-        return end;
-    }
-    while (end < text.size() && end < p + 3 && text[end] >= '0' && text[end] <= '7') {
-        code = code * 8 + (text[end++] - '0');
-    }
-    if (end == p) {
-        out->push_back(c);
-        return p + 1;
-    }
-    out->push_back(static_cast<char>(code));
-    return end;
-}
-
-// Returns the length of the UTF-8 sequence at the start of the text, 0 for none.
-size_t utf8Length(std::string_view text)
-{
-    const auto byte = [&](size_t i) { return static_cast<unsigned char>(text[i]); };
-    const unsigned char first = byte(0);
-    const size_t length = first < 0x80   ? 1
-                          : first < 0xC2 ? 0
-                          : first < 0xE0 ? 2
-                          : first < 0xF0 ? 3
-                          : first < 0xF5 ? 4
-                                         : 0;
-    if (length == 0 || length > text.size()) {
-        return 0;
-    }
-    for (size_t i = 1; i < length; ++i) {
-        if ((byte(i) & 0xC0) != 0x80) {
-            return 0;
-        }
-    }
-    const bool overlong = (first == 0xE0 && byte(1) < 0xA0) || (first == 0xF0 && byte(1) < 0x90);
-    const bool outside = (first == 0xED && byte(1) > 0x9F) || (first == 0xF4 && byte(1) > 0x8F);
-    return overlong || outside ? 0 : length;
-}
-
-} // namespace
-
-size_t Sdf_LineOf(std::string_view text, size_t offset)
-{
-    const auto end = text.begin() + static_cast<std::ptrdiff_t>(std::min(offset, text.size()));
-    return static_cast<size_t>(std::count(text.begin(), end, '\n')) + 1;
+    const std::string_view before = text.substr(0, offset);
+    const size_t line = static_cast<size_t>(std::count(before.begin(), before.end(), '\n')) + 1;
+    const size_t lineEnd = before.rfind('\n');
+    const size_t column = lineEnd == std::string_view::npos ? before.size() + 1 : before.size() - lineEnd;
+    return std::to_string(line) + ":" + std::to_string(column);
 }
 
 size_t Sdf_FindBadByte(std::string_view text)
 {
-    for (size_t i = 0; i < text.size();) {
-        if (static_cast<unsigned char>(text[i] - 1) < 0x7F) {
-            ++i;
-            continue;
+    size_t i = std::min(text.find('\n'), text.size());
+    while (i < text.size()) {
+        // Eight characters of ASCII at a time.
+        uint64_t eight = 0;
+        while (i + 8 <= text.size() &&
+               (std::memcpy(&eight, text.data() + i, 8), (eight & 0x8080808080808080u) == 0)) {
+            i += 8;
         }
-        const size_t length = text[i] == '\0' ? 0 : utf8Length(text.substr(i));
-        if (length == 0) {
-            return i;
+        if (i < text.size()) {
+            const size_t length = Sdf_Utf8Length(text.substr(i));
+            if (length == 0) {
+                return i;
+            }
+            i += length;
         }
-        i += length;
     }
     return text.size();
+}
+
+bool Sdf_TextScanner::IsReserved(std::string_view word)
+{
+    static const std::unordered_set<std::string_view> words = {"add",
+                                                               "append",
+                                                               "bezier",
+                                                               "class",
+                                                               "config",
+                                                               "connect",
+                                                               "curve",
+                                                               "custom",
+                                                               "customData",
+                                                               "def",
+                                                               "default",
+                                                               "delete",
+                                                               "dictionary",
+                                                               "displayUnit",
+                                                               "doc",
+                                                               "held",
+                                                               "hermite",
+                                                               "inherits",
+                                                               "kind",
+                                                               "linear",
+                                                               "loop",
+                                                               "nameChildren",
+                                                               "None",
+                                                               "none",
+                                                               "offset",
+                                                               "oscillate",
+                                                               "over",
+                                                               "payload",
+                                                               "permission",
+                                                               "post",
+                                                               "pre",
+                                                               "prefixSubstitutions",
+                                                               "prepend",
+                                                               "properties",
+                                                               "references",
+                                                               "rel",
+                                                               "relocates",
+                                                               "reorder",
+                                                               "repeat",
+                                                               "reset",
+                                                               "rootPrims",
+                                                               "scale",
+                                                               "sloped",
+                                                               "specializes",
+                                                               "spline",
+                                                               "subLayers",
+                                                               "suffixSubstitutions",
+                                                               "symmetryArguments",
+                                                               "symmetryFunction",
+                                                               "timeSamples",
+                                                               "uniform",
+                                                               "variantSet",
+                                                               "variantSets",
+                                                               "variants",
+                                                               "varying"};
+    return words.count(word) > 0;
 }
 
 std::string Sdf_TextScanner::_Excerpt() const
@@ -117,9 +105,19 @@ std::string Sdf_TextScanner::_Excerpt() const
     if (_pos >= _text.size()) {
         return "the end of the file";
     }
+    const auto isWord = [](char c) {
+        return Sdf_IsAsciiLetter(c) || Sdf_IsDigit(c) || static_cast<unsigned char>(c) >= 0x80;
+    };
+    const unsigned char first = static_cast<unsigned char>(_text[_pos]);
+    if (first == '\n' || first == '\r') {
+        return "the end of the line";
+    }
+    if (first < ' ' || first == 0x7F) {
+        return "a control character";
+    }
     size_t end = _pos + 1;
-    const bool word = isWordPart(_text[_pos]);
-    while (end < _text.size() && end < _pos + 40 && isWordPart(_text[end]) == word &&
+    const bool word = isWord(_text[_pos]);
+    while (end < _text.size() && end < _pos + 40 && isWord(_text[end]) == word &&
            (word || static_cast<unsigned char>(_text[end]) > ' ')) {
         ++end;
     }
@@ -130,11 +128,7 @@ std::string Sdf_TextScanner::_Excerpt() const
     return "'" + std::string(_text.substr(_pos, end - _pos)) + "'";
 }
 
-void Sdf_TextScanner::Fail(const std::string& expected)
-{
-    _Skip();
-    Fail(_pos, _Excerpt(), expected);
-}
+void Sdf_TextScanner::Fail(const std::string& expected) const { Fail(_pos, _Excerpt(), expected); }
 
 void Sdf_TextScanner::Fail(size_t offset, const std::string& found, const std::string& expected) const
 {
@@ -143,59 +137,11 @@ void Sdf_TextScanner::Fail(size_t offset, const std::string& found, const std::s
 
 std::string_view Sdf_TextScanner::Header()
 {
-    const size_t end = std::min(_text.find_first_of("\r\n"), _text.size());
-    const std::string_view line = _text.substr(0, end);
-    _pos = end;
-    return line;
-}
-
-void Sdf_TextScanner::_SkipComment()
-{
-    if (_text[_pos] == '/' && _text[_pos + 1] == '*') {
-        const size_t end = _text.find("*/", _pos + 2);
-        if (end == std::string_view::npos) {
-            Fail(_pos, "a comment without an end", "'*/'");
-        }
-        _pos = end + 2;
-        return;
-    }
-    _pos = std::min(_text.find_first_of("\r\n", _pos), _text.size());
-}
-
-void Sdf_TextScanner::_Skip()
-{
-    while (_pos < _text.size()) {
-        const char c = _text[_pos];
-        if (c == ' ' || c == '\t') {
-            ++_pos;
-        } else if (c == '\n' || c == '\r') {
-            _newLine = true;
-            ++_pos;
-        } else if (c == '#' || (c == '/' && _pos + 1 < _text.size() &&
-                                (_text[_pos + 1] == '/' || _text[_pos + 1] == '*'))) {
-            _SkipComment();
-        } else {
-            return;
-        }
-    }
-}
-
-bool Sdf_TextScanner::AtEnd()
-{
-    _Skip();
-    return _pos >= _text.size();
-}
-
-char Sdf_TextScanner::Peek() { return AtEnd() ? '\0' : _text[_pos]; }
-
-bool Sdf_TextScanner::Accept(char c)
-{
-    if (Peek() != c || AtEnd()) {
-        return false;
-    }
-    ++_pos;
-    _newLine = false;
-    return true;
+    const size_t end = std::min(_text.find('\n'), _text.size());
+    std::string_view line = _text.substr(0, end);
+    _pos = std::min(end + 1, _text.size());
+    const size_t last = line.find_last_not_of(" \t\n\v\f\r");
+    return line.substr(0, last == std::string_view::npos ? 0 : last + 1);
 }
 
 void Sdf_TextScanner::Expect(char c, const char* where)
@@ -205,246 +151,188 @@ void Sdf_TextScanner::Expect(char c, const char* where)
     }
 }
 
-bool Sdf_TextScanner::AtNewLine()
+bool Sdf_TextScanner::_SkipBlockComment()
 {
-    _Skip();
-    return _newLine;
+    if (_text.substr(_pos, 2) != "/*") {
+        return false;
+    }
+    const size_t end = _text.find("*/", _pos + 2);
+    if (end == std::string_view::npos) {
+        Fail(_pos, "a comment without an end", "'*/'");
+    }
+    _pos = end + 2;
+    return true;
 }
 
-void Sdf_TextScanner::EndStatement(char close, const char* where)
+// A comment ends where its line does; a carriage return alone is part of it.
+bool Sdf_TextScanner::_SkipLineComment()
 {
-    const bool newLine = AtNewLine();
-    if (!Accept(';') && !newLine && Peek() != close && !AtEnd()) {
-        Fail(close == '\0' ? std::string("a new line or ';' ") + where
-                           : std::string("a new line, ';' or '") + close + "' " + where);
+    if (Peek() != '#' && _text.substr(_pos, 2) != "//") {
+        return false;
+    }
+    _pos = std::min(_text.find('\n', _pos), _text.size());
+    return true;
+}
+
+bool Sdf_TextScanner::SkipBlanks()
+{
+    bool blank = false;
+    for (;;) {
+        const char c = Peek();
+        if (c == ' ' || c == '\t') {
+            blank = true;
+            ++_pos;
+        } else if (c != '/' || !_SkipBlockComment()) {
+            return blank;
+        }
     }
 }
 
-std::string_view Sdf_TextScanner::PeekWord()
+void Sdf_TextScanner::SkipLineRest()
 {
-    if (!isWordStart(Peek())) {
-        return std::string_view();
+    do {
+        SkipBlanks();
+    } while (_SkipLineComment());
+}
+
+void Sdf_TextScanner::SkipLines()
+{
+    for (;;) {
+        const char c = Peek();
+        if (c == ' ' || c == '\n' || c == '\t' || c == '\r') {
+            ++_pos;
+        } else if ((c != '#' && c != '/') || !(_SkipLineComment() || _SkipBlockComment())) {
+            return;
+        }
     }
-    size_t end = _pos + 1;
-    while (end < _text.size()) {
-        const bool joint = _text[end] == ':' && end + 1 < _text.size() &&
-                           (isWordPart(_text[end + 1]) ||
-                            (_text[end + 1] == ':' && end + 2 < _text.size() && isWordPart(_text[end + 2])));
-        if (!isWordPart(_text[end]) && !joint) {
+}
+
+void Sdf_TextScanner::Gap(const char* before)
+{
+    if (!SkipBlanks()) {
+        Fail(std::string("a space before ") + before);
+    }
+}
+
+bool Sdf_TextScanner::AcceptAssign()
+{
+    const size_t start = _pos;
+    SkipBlanks();
+    if (!Accept('=')) {
+        _pos = start;
+        return false;
+    }
+    SkipBlanks();
+    return true;
+}
+
+void Sdf_TextScanner::Assign(const char* behind)
+{
+    if (!AcceptAssign()) {
+        SkipBlanks();
+        Fail(std::string("'=' behind ") + behind);
+    }
+}
+
+bool Sdf_TextScanner::EndStatement()
+{
+    SkipLineRest();
+    return Accept('\n') || Accept(';') || Accept('\r');
+}
+
+bool Sdf_TextScanner::EndLine()
+{
+    SkipLineRest();
+    return Accept('\n') || Accept('\r');
+}
+
+size_t Sdf_TextScanner::_IdentifierEnd(size_t pos) const
+{
+    size_t end = pos;
+    for (; end < _text.size(); ++end) {
+        const char c = _text[end];
+        if (static_cast<unsigned char>(c) >= 0x80) {
+            const char* next = _text.data() + end;
+            const uint32_t code = Tf_NextCodePoint(&next, _text.data() + _text.size());
+            if (!(end == pos ? TfIsUtf8CodePointXidStart(code) : TfIsUtf8CodePointXidContinue(code))) {
+                break;
+            }
+            end = static_cast<size_t>(next - _text.data()) - 1;
+        } else if (!Sdf_IsAsciiLetter(c) && (end == pos || !Sdf_IsDigit(c))) {
             break;
         }
-        end += joint && _text[end + 1] == ':' ? 2 : 1;
     }
-    return _text.substr(_pos, end - _pos);
+    return end;
 }
 
 bool Sdf_TextScanner::AcceptWord(std::string_view word)
 {
-    if (PeekWord() != word) {
+    if (_text.compare(_pos, word.size(), word) != 0 || PeekIdentifier().size() != word.size()) {
         return false;
     }
     _pos += word.size();
-    _newLine = false;
     return true;
 }
 
-std::string_view Sdf_TextScanner::Word(const char* what)
+bool Sdf_TextScanner::AcceptKeyword(std::string_view word)
 {
-    const std::string_view word = PeekWord();
-    if (word.empty()) {
+    if (_text.compare(_pos, word.size(), word) != 0) {
+        return false;
+    }
+    const size_t end = _pos + word.size();
+    if (end < _text.size() && (Sdf_IsAsciiLetter(_text[end]) || Sdf_IsDigit(_text[end]))) {
+        return false;
+    }
+    _pos = end;
+    return true;
+}
+
+std::string_view Sdf_TextScanner::PropertyName(const char* what)
+{
+    const size_t begin = _pos;
+    size_t end = _IdentifierEnd(begin);
+    if (end == begin) {
         Fail(what);
     }
-    _pos += word.size();
-    _newLine = false;
-    return word;
-}
-
-bool Sdf_TextScanner::AtString()
-{
-    const char c = Peek();
-    return c == '"' || c == '\'';
-}
-
-// Finds the closing quotes of the string at the current position.
-size_t Sdf_TextScanner::_StringEnd(size_t* quotes)
-{
-    const char quote = _text[_pos];
-    const bool triple = _text.substr(_pos, 3) == std::string(3, quote);
-    *quotes = triple ? 3 : 1;
-    const std::string_view closing = triple ? _text.substr(_pos, 3) : _text.substr(_pos, 1);
-    for (size_t p = _pos + *quotes; p < _text.size(); ++p) {
-        if (_text[p] == '\\') {
-            ++p;
-        } else if (_text.substr(p, *quotes) == closing) {
-            return p;
-        } else if (!triple && (_text[p] == '\n' || _text[p] == '\r')) {
+    while (end < _text.size() && _text[end] == ':') {
+        const size_t next = _IdentifierEnd(end + 1);
+        if (next == end + 1) {
             break;
         }
+        end = next;
     }
-    Fail(_pos, triple ? "a string without an end" : "a string that does not end on its line",
-         "the closing " + std::string(closing));
+    _pos = end;
+    return _text.substr(begin, end - begin);
 }
 
-std::string Sdf_TextScanner::String(const char* what)
+// Returns the end of the name at the current position; the position itself where there is none.
+size_t Sdf_TextScanner::_NameEnd() const
 {
-    if (!AtString()) {
-        Fail(what);
+    size_t end = _IdentifierEnd(_pos);
+    if (end == _pos || IsReserved(_text.substr(_pos, end - _pos))) {
+        return _pos;
     }
-    size_t quotes = 0;
-    const size_t end = _StringEnd(&quotes);
-    const std::string_view body = _text.substr(_pos + quotes, end - _pos - quotes);
-    _pos = end + quotes;
-    _newLine = false;
-    std::string result;
-    result.reserve(body.size());
-    for (size_t p = 0; p < body.size();) {
-        const size_t slash = std::min(body.find('\\', p), body.size());
-        result.append(body.substr(p, slash - p));
-        p = slash + 1 < body.size() ? unescape(body, slash + 1, &result) : body.size();
+    while (_text.substr(end, 2) == "::") {
+        const size_t next = _IdentifierEnd(end + 2);
+        if (next == end + 2 || IsReserved(_text.substr(end + 2, next - end - 2))) {
+            break;
+        }
+        end = next;
     }
-    return result;
+    return end;
 }
 
-std::string_view Sdf_TextScanner::Block(const char* where)
+bool Sdf_TextScanner::AtName() const { return _NameEnd() > _pos; }
+
+std::string_view Sdf_TextScanner::Name(const char* what)
 {
-    Peek();
     const size_t begin = _pos;
-    Expect('{', where);
-    for (size_t depth = 1; depth > 0;) {
-        if (AtEnd()) {
-            Fail(std::string("'}' ") + where);
-        } else if (AtString()) {
-            size_t quotes = 0;
-            const size_t end = _StringEnd(&quotes);
-            _pos = end + quotes;
-        } else {
-            depth += _text[_pos] == '{' ? 1 : 0;
-            depth -= _text[_pos] == '}' ? 1 : 0;
-            ++_pos;
-        }
-    }
-    _newLine = false;
-    return _text.substr(begin, _pos - begin);
-}
-
-bool Sdf_TextScanner::AtAsset() { return Peek() == '@'; }
-
-std::string Sdf_TextScanner::Asset(const char* what)
-{
-    if (!AtAsset()) {
-        Fail(what);
-    }
-    const bool triple = _text.substr(_pos, 3) == "@@@";
-    const size_t marks = triple ? 3 : 1;
-    std::string path;
-    for (size_t p = _pos + marks; p < _text.size() && _text[p] != '\n' && _text[p] != '\r'; ++p) {
-        if (triple && _text.substr(p, 4) == "\\@@@") {
-            path += "@@@";
-            p += 3;
-        } else if (_text[p] == '@' && (!triple || _text.substr(p, 3) == "@@@")) {
-            p += marks;
-            // Marks that follow the closing three belong to the path itself.
-            for (int extra = 0; triple && extra < 2 && p < _text.size() && _text[p] == '@'; ++extra, ++p) {
-                path += '@';
-            }
-            _pos = p;
-            _newLine = false;
-            return path;
-        } else if (isControl(_text.substr(p, 2))) {
-            Fail(p, "a control character in an asset path", "printable characters");
-        } else {
-            path += _text[p];
-        }
-    }
-    Fail(_pos, "an asset path that does not end on its line", triple ? "the closing @@@" : "the closing @");
-}
-
-bool Sdf_TextScanner::AtPath() { return Peek() == '<'; }
-
-std::string_view Sdf_TextScanner::Path(const char* what)
-{
-    if (!AtPath()) {
-        Fail(what);
-    }
-    const size_t end = _text.find_first_of(">\r\n", _pos);
-    if (end == std::string_view::npos || _text[end] != '>') {
-        Fail(_pos, "a path that does not end on its line", "the closing >");
-    }
-    const std::string_view path = _text.substr(_pos + 1, end - _pos - 1);
-    _pos = end + 1;
-    _newLine = false;
-    return path;
-}
-
-bool Sdf_TextScanner::AtNumber()
-{
-    const char c = Peek();
-    if (isDigit(c) || c == '-' || c == '.') {
-        return true;
-    }
-    const std::string_view word = PeekWord();
-    return word == "inf" || word == "nan";
-}
-
-Sdf_TextNumber Sdf_TextScanner::Number(const char* what)
-{
-    if (!AtNumber()) {
-        Fail(what);
-    }
-    const size_t begin = _pos;
-    const bool negative = _text[begin] == '-';
-    size_t end = begin + (negative ? 1 : 0);
-    const size_t digits = end;
-    bool whole = true;
-    Sdf_TextNumber number;
-    if (_text.substr(end, 3) == "inf" || (!negative && _text.substr(end, 3) == "nan")) {
-        const double inf = std::numeric_limits<double>::infinity();
-        number.real = _text[end] == 'n' ? std::numeric_limits<double>::quiet_NaN() : negative ? -inf : inf;
-        end += 3;
-    } else {
-        while (end < _text.size() && isDigit(_text[end])) {
-            ++end;
-        }
-        whole = end > digits;
-        const char* const first = _text.data() + begin;
-        const char* const last = _text.data() + _text.size();
-        const char next = end < _text.size() ? _text[end] : '\0';
-        if (whole && next != '.' && next != 'e' && next != 'E') {
-            const bool zero = negative && _text.substr(digits, end - digits) == "0";
-            const std::errc error = negative ? std::from_chars(first, last, number.integer).ec
-                                             : std::from_chars(first, last, number.natural).ec;
-            number.kind = negative ? Sdf_TextNumber::Signed : Sdf_TextNumber::Unsigned;
-            whole = error == std::errc() && !zero;
-        } else {
-            whole = false;
-        }
-        if (whole) {
-            number.real =
-                negative ? static_cast<double>(number.integer) : static_cast<double>(number.natural);
-        } else {
-            number.kind = Sdf_TextNumber::Real;
-            const std::from_chars_result result = std::from_chars(first, last, number.real);
-            if (result.ec == std::errc::invalid_argument) {
-                Fail(what);
-            }
-            end = static_cast<size_t>(result.ptr - _text.data());
-            if (result.ec == std::errc::result_out_of_range) {
-                // Too large is infinite, too small is zero, as the exponent's sign tells.
-                const std::string_view digitsRead = _text.substr(begin, end - begin);
-                const bool tiny = digitsRead.find("e-") != std::string_view::npos ||
-                                  digitsRead.find("E-") != std::string_view::npos ||
-                                  digitsRead.substr(negative ? 1 : 0, 2) == "0.";
-                number.real = std::copysign(tiny ? 0.0 : std::numeric_limits<double>::infinity(),
-                                            negative ? -1.0 : 1.0);
-            }
-        }
-    }
-    if (end < _text.size() && isWordPart(_text[end])) {
+    const size_t end = _NameEnd();
+    if (end == begin) {
         Fail(what);
     }
     _pos = end;
-    _newLine = false;
-    return number;
+    return _text.substr(begin, end - begin);
 }
 
 PXR_NAMESPACE_CLOSE_SCOPE

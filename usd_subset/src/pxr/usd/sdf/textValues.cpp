@@ -1,6 +1,7 @@
 #include "pxr/usd/sdf/textValues.h"
 
 #include "pxr/usd/sdf/textQuoting.h"
+#include "pxr/usd/sdf/textUnicode.h"
 
 #include <pxr/base/gf/matrix2d.h>
 #include <pxr/base/gf/matrix3d.h>
@@ -22,59 +23,80 @@
 #include <pxr/base/gf/vec4i.h>
 #include <pxr/base/vt/array.h>
 #include <pxr/base/vt/types.h>
+#include <pxr/usd/sdf/path.h>
 #include <pxr/usd/sdf/schema.h>
 #include <pxr/usd/sdf/types.h>
 
-#include <cstring>
+#include <algorithm>
+#include <cmath>
 #include <limits>
 #include <typeindex>
 #include <unordered_map>
+#include <vector>
 
 PXR_NAMESPACE_OPEN_SCOPE
 
 namespace {
 
-double readReal(Sdf_TextScanner& scanner, const char* what)
+// Above this size not every integer is a double.
+constexpr double kExactIntegers = 9007199254740992.0;
+
+// Reads a number, or a string that says which number that is none.
+template <class T>
+void readReal(Sdf_TextScanner& scanner, T* out)
 {
-    if (!scanner.AtString()) {
-        return scanner.Number(what).real;
-    }
-    // Numbers that are none are also written as strings.
     const size_t offset = scanner.Offset();
-    const std::string text = scanner.String(what);
-    const double inf = std::numeric_limits<double>::infinity();
-    if (text == "inf" || text == "-inf") {
-        return text == "inf" ? inf : -inf;
+    if (!scanner.AtString()) {
+        const double real = scanner.Real("a number");
+        *out = static_cast<T>(real);
+        if (std::is_same_v<T, float> && std::abs(real) >= kExactIntegers) {
+            // An integer is rounded once.
+            scanner.GoTo(offset);
+            const Sdf_TextNumber number = scanner.Number("a number");
+            *out = number.kind == Sdf_TextNumber::Unsigned ? static_cast<T>(number.natural)
+                   : number.kind == Sdf_TextNumber::Signed ? static_cast<T>(number.integer)
+                                                           : static_cast<T>(number.real);
+        }
+        return;
     }
-    if (text != "nan") {
-        scanner.Fail(offset, "\"" + text + "\"", what);
+    const std::string text = scanner.String("a number");
+    const T inf = std::numeric_limits<T>::infinity();
+    if (text != "inf" && text != "-inf" && text != "nan") {
+        scanner.Fail(offset, "\"" + text + "\"", "a number");
     }
-    return std::numeric_limits<double>::quiet_NaN();
+    *out = text == "inf" ? inf : text == "-inf" ? -inf : std::numeric_limits<T>::quiet_NaN();
+}
+
+// A number with a fraction loses it, as long as what is left fits.
+template <class T>
+bool fromReal(double real, T* out)
+{
+    const double low = static_cast<double>(std::numeric_limits<T>::min()) - 1.0;
+    const double high = static_cast<double>(std::numeric_limits<T>::max()) + 1.0;
+    const bool fits = real > low && real < high;
+    *out = fits ? static_cast<T>(real) : T(0);
+    return fits;
 }
 
 template <class T>
 void readInteger(Sdf_TextScanner& scanner, T* out)
 {
-    scanner.Peek();
+    typedef std::numeric_limits<T> Limits;
     const size_t offset = scanner.Offset();
     const Sdf_TextNumber number = scanner.Number("an integer");
-    typedef std::numeric_limits<T> Limits;
-    const bool negative = number.kind == Sdf_TextNumber::Signed;
-    const bool minusZero = number.kind == Sdf_TextNumber::Real && number.real == 0.0;
-    bool fits = minusZero;
-    if (negative) {
-        fits = Limits::is_signed && number.integer >= static_cast<int64_t>(Limits::min());
+    bool fits = false;
+    if (number.kind == Sdf_TextNumber::Signed) {
+        fits = number.integer == 0 ||
+               (Limits::is_signed && number.integer >= static_cast<int64_t>(Limits::min()));
         *out = static_cast<T>(number.integer);
     } else if (number.kind == Sdf_TextNumber::Unsigned) {
         fits = number.natural <= static_cast<uint64_t>(Limits::max());
         *out = static_cast<T>(number.natural);
     } else {
-        *out = T(0);
+        fits = fromReal(number.real, out);
     }
     if (!fits) {
-        scanner.Fail(offset,
-                     number.kind == Sdf_TextNumber::Real ? "a number that is not an integer of 64 bits"
-                                                         : "an integer that is too large",
+        scanner.Fail(offset, "a number that does not fit",
                      "an integer from " + std::to_string(Limits::min()) + " to " +
                          std::to_string(Limits::max()));
     }
@@ -85,25 +107,33 @@ void read(Sdf_TextScanner& s, unsigned int* out) { readInteger(s, out); }
 void read(Sdf_TextScanner& s, unsigned char* out) { readInteger(s, out); }
 void read(Sdf_TextScanner& s, int64_t* out) { readInteger(s, out); }
 void read(Sdf_TextScanner& s, uint64_t* out) { readInteger(s, out); }
-void read(Sdf_TextScanner& s, double* out) { *out = readReal(s, "a number"); }
-void read(Sdf_TextScanner& s, float* out) { *out = static_cast<float>(readReal(s, "a number")); }
-void read(Sdf_TextScanner& s, GfHalf* out) { *out = GfHalf(static_cast<float>(readReal(s, "a number"))); }
-void read(Sdf_TextScanner& s, SdfTimeCode* out) { *out = SdfTimeCode(readReal(s, "a number")); }
+void read(Sdf_TextScanner& s, double* out) { readReal(s, out); }
+void read(Sdf_TextScanner& s, float* out) { readReal(s, out); }
+void read(Sdf_TextScanner& s, GfHalf* out)
+{
+    float value = 0;
+    readReal(s, &value);
+    *out = GfHalf(value);
+}
+void read(Sdf_TextScanner& s, SdfTimeCode* out)
+{
+    double value = 0;
+    readReal(s, &value);
+    *out = SdfTimeCode(value);
+}
 
 void read(Sdf_TextScanner& scanner, bool* out)
 {
-    const char* const what = "true, false, 1 or 0";
-    scanner.Peek();
-    const size_t offset = scanner.Offset();
-    std::string text;
-    if (scanner.AtString()) {
-        text = scanner.String(what);
-    } else if (scanner.AtNumber()) {
+    const char* const what = "true, false, yes, no or a number";
+    if (scanner.AtNumber()) {
         const Sdf_TextNumber number = scanner.Number(what);
-        text = number.kind == Sdf_TextNumber::Unsigned ? (number.natural ? "1" : "0") : "";
-    } else {
-        text = std::string(scanner.Word(what));
+        *out = number.kind == Sdf_TextNumber::Unsigned ? number.natural != 0
+               : number.kind == Sdf_TextNumber::Signed ? number.integer != 0
+                                                       : number.real != 0.0;
+        return;
     }
+    const size_t offset = scanner.Offset();
+    std::string text = scanner.AtString() ? scanner.String(what) : std::string(scanner.Name(what));
     for (char& c : text) {
         c = c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
     }
@@ -113,40 +143,44 @@ void read(Sdf_TextScanner& scanner, bool* out)
     }
 }
 
-void read(Sdf_TextScanner& scanner, std::string* out)
-{
-    *out = scanner.AtString() || scanner.PeekWord().empty() ? scanner.String("a string")
-                                                            : std::string(scanner.Word("a string"));
-}
-void read(Sdf_TextScanner& scanner, TfToken* out)
-{
-    std::string text;
-    read(scanner, &text);
-    *out = TfToken(text);
-}
+void read(Sdf_TextScanner& scanner, std::string* out) { *out = scanner.String("a string"); }
+void read(Sdf_TextScanner& scanner, TfToken* out) { *out = TfToken(scanner.String("a string")); }
 void read(Sdf_TextScanner& scanner, SdfAssetPath* out)
 {
-    *out = SdfAssetPath(scanner.Asset("an asset path such as @file.usda@"));
+    const char* const what = "an asset path such as @file.usda@";
+    const size_t offset = scanner.Offset();
+    if (!scanner.AtString()) {
+        *out = SdfAssetPath(scanner.Asset(what));
+        return;
+    }
+    const std::string path = scanner.String(what);
+    if (Sdf_HasControl(path)) {
+        scanner.Fail(offset, "a control character in an asset path", "printable characters");
+    }
+    *out = SdfAssetPath(path);
 }
 void read(Sdf_TextScanner& scanner, SdfOpaqueValue*)
 {
     scanner.Fail("no value, as attributes of this type have none");
 }
 
-// Reads `count` numbers between brackets.
-template <class Scalar, class Store>
-void readTuple(Sdf_TextScanner& scanner, int count, const Store& store)
+// Reads `count` items between brackets; what is one item where a tuple is left is another's business.
+template <class Item>
+void readTuple(Sdf_TextScanner& scanner, int count, const Item& item)
 {
     scanner.Expect('(', "to open a tuple");
+    scanner.SkipLines();
     for (int i = 0; i < count; ++i) {
         if (i > 0) {
-            scanner.Expect(',', "between the numbers of a tuple");
+            scanner.SkipBlanks();
+            scanner.Expect(',', "between the items of a tuple");
+            scanner.SkipLines();
         }
-        Scalar value;
-        read(scanner, &value);
-        store(i, value);
+        item(i);
     }
+    scanner.SkipBlanks();
     scanner.Accept(',');
+    scanner.SkipLines();
     scanner.Expect(')', "to close a tuple");
 }
 
@@ -154,8 +188,11 @@ template <class Vec>
 void readVec(Sdf_TextScanner& scanner, Vec* out)
 {
     typedef typename Vec::ScalarType Scalar;
-    readTuple<Scalar>(scanner, static_cast<int>(Vec::dimension),
-                      [out](int i, const Scalar& v) { (*out)[static_cast<size_t>(i)] = v; });
+    readTuple(scanner, static_cast<int>(Vec::dimension), [&](int i) {
+        Scalar value{};
+        read(scanner, &value);
+        (*out)[static_cast<size_t>(i)] = value;
+    });
 }
 
 #define SDF_READ_VEC(Type)                                                                                   \
@@ -179,7 +216,7 @@ void readQuat(Sdf_TextScanner& scanner, Quat* out)
 {
     typedef typename Quat::ScalarType Scalar;
     Scalar parts[4];
-    readTuple<Scalar>(scanner, 4, [&parts](int i, const Scalar& v) { parts[i] = v; });
+    readTuple(scanner, 4, [&](int i) { read(scanner, &parts[i]); });
     *out = Quat(parts[0], parts[1], parts[2], parts[3]);
 }
 void read(Sdf_TextScanner& s, GfQuatd* out) { readQuat(s, out); }
@@ -189,15 +226,9 @@ void read(Sdf_TextScanner& s, GfQuath* out) { readQuat(s, out); }
 template <class Matrix>
 void readMatrix(Sdf_TextScanner& scanner, int size, Matrix* out)
 {
-    scanner.Expect('(', "to open a matrix");
-    for (int row = 0; row < size; ++row) {
-        if (row > 0) {
-            scanner.Expect(',', "between the rows of a matrix");
-        }
-        readTuple<double>(scanner, size, [out, row](int column, double v) { (*out)[row][column] = v; });
-    }
-    scanner.Accept(',');
-    scanner.Expect(')', "to close a matrix");
+    readTuple(scanner, size, [&](int row) {
+        readTuple(scanner, size, [&](int column) { read(scanner, &(*out)[row][column]); });
+    });
 }
 void read(Sdf_TextScanner& s, GfMatrix2d* out) { readMatrix(s, 2, out); }
 void read(Sdf_TextScanner& s, GfMatrix3d* out) { readMatrix(s, 3, out); }
@@ -208,26 +239,71 @@ VtValue readScalar(Sdf_TextScanner& scanner)
 {
     T value{};
     read(scanner, &value);
-    return VtValue(value);
+    return VtValue::Take(value);
+}
+
+// Lists inside lists are read in their order, as one array; all of a depth must have one length.
+struct Shape
+{
+    std::vector<size_t> lengths;
+    size_t itemDepth = 0;
+};
+
+template <class Item>
+void readList(Sdf_TextScanner& scanner, Shape* shape, size_t depth, const Item& item)
+{
+    const size_t begin = scanner.Offset();
+    if (depth > static_cast<size_t>(kSdf_MaxTextValueDepth)) {
+        scanner.Fail("values nested less deep than " + std::to_string(kSdf_MaxTextValueDepth) + " levels");
+    }
+    size_t count = 0;
+    scanner.List('[', ']', "in an array", [&] {
+        ++count;
+        if (scanner.Peek() == '[') {
+            readList(scanner, shape, depth + 1, item);
+            return;
+        }
+        if (shape->itemDepth != depth) {
+            if (shape->itemDepth != 0) {
+                scanner.Fail("lists and items not side by side");
+            }
+            shape->itemDepth = depth;
+        }
+        item();
+    });
+    shape->lengths.resize(std::max(shape->lengths.size(), depth + 1), 0);
+    size_t& length = shape->lengths[depth];
+    if (count == 0 || (length != 0 && length != count)) {
+        scanner.Fail(begin, "a list of " + std::to_string(count) + " items",
+                     count == 0 ? "at least one item"
+                                : "lists of equal length, " + std::to_string(length) + " here");
+    }
+    length = count;
 }
 
 template <class T>
 VtValue readArray(Sdf_TextScanner& scanner)
 {
     VtArray<T> array;
-    scanner.List('[', ']', "in an array", [&] {
+    Sdf_TextScanner ahead = scanner;
+    ahead.Expect('[', "to open an array");
+    ahead.SkipBlanks();
+    if (ahead.Accept(']')) {
+        scanner.GoTo(ahead.Offset());
+        return VtValue::Take(array);
+    }
+    Shape shape;
+    readList(scanner, &shape, 1, [&] {
         T value{};
         read(scanner, &value);
-        array.push_back(value);
+        array.push_back(std::move(value));
     });
     return VtValue::Take(array);
 }
 
-typedef VtValue (*Reader)(Sdf_TextScanner&);
-
-const std::unordered_map<std::type_index, Reader>& readers()
+const std::unordered_map<std::type_index, Sdf_TextType::Reader>& readers()
 {
-    static const std::unordered_map<std::type_index, Reader> table = {
+    static const std::unordered_map<std::type_index, Sdf_TextType::Reader> table = {
 #define SDF_READER(Name, name, Type)                                                                         \
     {typeid(Type), &readScalar<Type>}, {typeid(VtArray<Type>), &readArray<Type>},
         SDF_FOR_EACH_VALUE_TYPE(SDF_READER)
@@ -236,71 +312,77 @@ const std::unordered_map<std::type_index, Reader>& readers()
     return table;
 }
 
-} // namespace
-
-double Sdf_ReadTextDouble(Sdf_TextScanner& scanner, const char* what) { return readReal(scanner, what); }
-
-bool Sdf_CanReadTextValue(const std::type_info& type) { return readers().count(type) > 0; }
-
-VtValue Sdf_ReadTextValue(Sdf_TextScanner& scanner, const std::type_info& type)
+void checkDepth(const Sdf_TextScanner& scanner, int depth)
 {
-    return readers().at(type)(scanner);
-}
-
-std::string Sdf_ReadTextTypeName(Sdf_TextScanner& scanner, const char* what)
-{
-    std::string name(scanner.Word(what));
-    if (scanner.Accept('[')) {
-        scanner.Expect(']', "behind '[' in a type's name");
-        name += "[]";
-    }
-    return name;
-}
-
-VtDictionary Sdf_ReadTextDictionary(Sdf_TextScanner& scanner, int depth)
-{
-    VtDictionary dictionary;
-    scanner.Peek();
-    const size_t begin = scanner.Offset();
-    scanner.Expect('{', "to open a dictionary");
     if (depth >= kSdf_MaxTextValueDepth) {
-        scanner.Fail(begin, "values nested deeper than " + std::to_string(kSdf_MaxTextValueDepth),
+        scanner.Fail(scanner.Offset(),
+                     "values nested deeper than " + std::to_string(kSdf_MaxTextValueDepth) + " levels",
                      "fewer levels");
     }
+}
+
+VtValue readPath(Sdf_TextScanner& scanner)
+{
+    const size_t offset = scanner.Offset();
+    const std::string path(scanner.Path("a path"));
+    if (!path.empty() && !SdfPath::IsValidPathString(path)) {
+        scanner.Fail(offset, "<" + path + ">", "a path that is well-formed");
+    }
+    return VtValue(path.empty() ? SdfPath() : SdfPath(path));
+}
+
+VtDictionary readDictionary(Sdf_TextScanner& scanner, int depth)
+{
+    VtDictionary dictionary;
+    checkDepth(scanner, depth);
+    scanner.Expect('{', "to open a dictionary");
     scanner.Statements('}', "in a dictionary", [&] {
-        scanner.Peek();
         const size_t offset = scanner.Offset();
-        const std::string typeName = Sdf_ReadTextTypeName(scanner, "the type of a dictionary's entry or '}'");
-        const std::string key =
-            scanner.AtString() ? scanner.String("a key") : std::string(scanner.Word("a key"));
-        scanner.Expect('=', "behind a dictionary's key");
-        if (typeName == "dictionary") {
-            dictionary[key] = VtValue(Sdf_ReadTextDictionary(scanner, depth + 1));
-            return;
+        const bool nested = scanner.AcceptKeyword("dictionary");
+        std::string typeName;
+        if (!nested) {
+            typeName = std::string(scanner.Name("the type of a dictionary's entry or '}'"));
+            typeName += Sdf_AcceptArrayBrackets(scanner) ? "[]" : "";
         }
-        const SdfValueTypeName type = SdfSchema::GetInstance().FindType(typeName);
-        if (!type || !Sdf_CanReadTextValue(type.GetDefaultValue().GetTypeid())) {
+        const Sdf_TextType type = nested ? Sdf_TextType() : Sdf_FindTextType(typeName);
+        if (!nested && !type.read) {
             scanner.Fail(offset, "'" + typeName + "'", "the name of a value type, or dictionary");
         }
-        dictionary[key] = Sdf_ReadTextValue(scanner, type.GetDefaultValue().GetTypeid());
+        scanner.Gap("a key");
+        const std::string_view word = scanner.PeekIdentifier();
+        const std::string key =
+            scanner.AtString() || word.empty() ? scanner.String("a key") : std::string(word);
+        scanner.AcceptWord(word);
+        scanner.Assign("a dictionary's key");
+        dictionary[key] = nested ? VtValue(readDictionary(scanner, depth + 1)) : type.read(scanner);
     });
     return dictionary;
 }
 
-std::string Sdf_RecordTextValue(Sdf_TextScanner& scanner, int depth)
+std::string recordValue(Sdf_TextScanner& scanner, int depth, bool lists);
+
+// Lists may hold lists and tuples, tuples hold tuples alone.
+std::string recordItems(Sdf_TextScanner& scanner, int depth)
+{
+    checkDepth(scanner, depth);
+    const size_t begin = scanner.Offset();
+    const char open = scanner.Peek();
+    const char close = open == '(' ? ')' : ']';
+    std::string text(1, open);
+    scanner.List(open, close, "in a value", [&] {
+        text += (text.size() > 1 ? ", " : "") + recordValue(scanner, depth + 1, open == '[');
+    });
+    if (text.size() == 1) {
+        scanner.Fail(begin, "an empty " + std::string(open == '(' ? "tuple" : "list"), "at least one item");
+    }
+    return text + close;
+}
+
+std::string recordValue(Sdf_TextScanner& scanner, int depth, bool lists)
 {
     const char c = scanner.Peek();
-    const size_t begin = scanner.Offset();
-    if (depth >= kSdf_MaxTextValueDepth) {
-        scanner.Fail(begin, "values nested deeper than " + std::to_string(kSdf_MaxTextValueDepth),
-                     "fewer levels");
-    }
-    if (c == '(' || c == '[') {
-        std::string text(1, c);
-        scanner.List(c, c == '(' ? ')' : ']', "in a value", [&] {
-            text += (text.size() > 1 ? ", " : "") + Sdf_RecordTextValue(scanner, depth + 1);
-        });
-        return text + (c == '(' ? ')' : ']');
+    if (c == '(' || (c == '[' && lists)) {
+        return recordItems(scanner, depth);
     }
     if (scanner.AtString()) {
         return Sdf_QuoteString(scanner.String("a value"));
@@ -308,16 +390,66 @@ std::string Sdf_RecordTextValue(Sdf_TextScanner& scanner, int depth)
     if (scanner.AtAsset()) {
         return Sdf_QuoteAssetPath(scanner.Asset("a value"));
     }
-    if (scanner.AtPath()) {
-        return "<" + std::string(scanner.Path("a value")) + ">";
-    }
     if (scanner.AtNumber()) {
         const Sdf_TextNumber number = scanner.Number("a value");
         return number.kind == Sdf_TextNumber::Signed     ? std::to_string(number.integer)
                : number.kind == Sdf_TextNumber::Unsigned ? std::to_string(number.natural)
                                                          : Sdf_NumberToText(number.real);
     }
-    return std::string(scanner.Word("a value"));
+    return std::string(scanner.Name("a value"));
 }
+
+} // namespace
+
+bool Sdf_AcceptArrayBrackets(Sdf_TextScanner& scanner)
+{
+    const size_t end = scanner.Offset();
+    scanner.SkipBlanks();
+    if (!scanner.Accept('[')) {
+        scanner.GoTo(end);
+        return false;
+    }
+    scanner.SkipBlanks();
+    scanner.Expect(']', "behind '[' in a type's name");
+    return true;
+}
+
+Sdf_TextType Sdf_TextTypeOf(const std::type_info& type)
+{
+    const auto it = readers().find(type);
+    return {TfToken(), it == readers().end() ? nullptr : it->second};
+}
+
+Sdf_TextType Sdf_FindTextType(const std::string& name)
+{
+    const TfToken token(name);
+    const SdfValueTypeName type = SdfSchema::GetInstance().FindType(token);
+    return {token, type ? Sdf_TextTypeOf(type.GetDefaultValue().GetTypeid()).read : nullptr};
+}
+
+VtValue Sdf_ReadTextValue(Sdf_TextScanner& scanner, const Sdf_TextType& type)
+{
+    if (scanner.AtPath()) {
+        return readPath(scanner);
+    }
+    return type.read ? type.read(scanner) : VtValue(SdfUnregisteredValue(Sdf_RecordTextValue(scanner)));
+}
+
+VtDictionary Sdf_ReadTextDictionary(Sdf_TextScanner& scanner) { return readDictionary(scanner, 0); }
+
+std::string Sdf_RecordTextValue(Sdf_TextScanner& scanner)
+{
+    Sdf_TextScanner ahead = scanner;
+    if (ahead.Accept('[')) {
+        ahead.SkipBlanks();
+        if (ahead.Accept(']')) {
+            scanner.GoTo(ahead.Offset());
+            return "[]";
+        }
+    }
+    return recordValue(scanner, 0, true);
+}
+
+std::string Sdf_RecordTextList(Sdf_TextScanner& scanner) { return recordItems(scanner, 0); }
 
 PXR_NAMESPACE_CLOSE_SCOPE

@@ -4,6 +4,7 @@
 
 #include <pxr/base/tf/stringUtils.h>
 #include <pxr/usd/sdf/schema.h>
+#include <pxr/usd/sdf/valueTypeNames.h>
 
 #include <algorithm>
 
@@ -56,7 +57,12 @@ std::string Sdf_TextWriter::WriteLayer(const std::string& comment)
             fields.push_back(field);
         }
     }
-    std::sort(fields.begin(), fields.end());
+    // Relocates come last, whatever their name.
+    std::sort(fields.begin(), fields.end(), [](const TfToken& a, const TfToken& b) {
+        const bool lastA = a == SdfFieldKeys->LayerRelocates;
+        const bool lastB = b == SdfFieldKeys->LayerRelocates;
+        return lastA != lastB ? lastB : a < b;
+    });
     if (!shown.empty() || !fields.empty()) {
         _out += "(\n";
         if (!shown.empty()) {
@@ -207,8 +213,9 @@ void Sdf_TextWriter::_WriteAttribute(const SdfPath& path, int indent)
 {
     const bool uniform = _data.GetAs<SdfVariability>(path, SdfFieldKeys->Variability,
                                                      SdfVariabilityVarying) == SdfVariabilityUniform;
+    const TfToken typeName = _data.GetAs<TfToken>(path, SdfFieldKeys->TypeName);
     const std::string type =
-        (uniform ? "uniform " : "") + _data.GetAs<TfToken>(path, SdfFieldKeys->TypeName).GetString();
+        (uniform ? "uniform " : "") + SdfValueTypeNames->GetSerializationName(typeName).GetString();
     bool declares =
         _data.GetAs<bool>(path, SdfFieldKeys->Custom, false) || _data.Has(path, SdfFieldKeys->Default);
     for (const TfToken& field : _data.List(path)) {
@@ -229,7 +236,7 @@ void Sdf_TextWriter::_WriteAttribute(const SdfPath& path, int indent)
     }
     if (connects) {
         _WriteListOp(type + " ", path.GetName() + ".connect",
-                     _data.GetAs<SdfPathListOp>(path, SdfFieldKeys->ConnectionPaths), indent);
+                     _data.GetAs<SdfPathListOp>(path, SdfFieldKeys->ConnectionPaths), indent, true);
     }
 }
 
@@ -256,7 +263,7 @@ void Sdf_TextWriter::_WriteRelationship(const SdfPath& path, int indent)
     if (declares) {
         const std::string head = (custom ? "custom " : "") + type;
         if (targets.IsExplicit()) {
-            _WriteListOp(head, path.GetName(), targets, indent);
+            _WriteListOp(head, path.GetName(), targets, indent, true);
             _out.pop_back();
         } else {
             _Indent(indent);
@@ -265,8 +272,11 @@ void Sdf_TextWriter::_WriteRelationship(const SdfPath& path, int indent)
         _WriteBlock(path, indent, &isMetadata);
         _out += "\n";
     }
+    if (VtValue value; _data.Has(path, SdfFieldKeys->Default, &value)) {
+        _Line(indent, "rel " + path.GetName() + ".default = " + Sdf_ValueToText(value) + "    ");
+    }
     if (!targets.IsExplicit()) {
-        _WriteListOp(type, path.GetName(), targets, indent);
+        _WriteListOp(type, path.GetName(), targets, indent, true);
     }
 }
 

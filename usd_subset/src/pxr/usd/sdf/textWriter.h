@@ -56,11 +56,14 @@ private:
     bool _WriteListOpField(const TfToken& field, const VtValue& value, int indent);
     void _WriteUnregistered(const TfToken& field, const VtValue& value, int indent);
     void _WriteSubLayers(const SdfPath& path, int indent);
-    void _WriteRelocates(const std::vector<std::pair<SdfPath, SdfPath>>& relocates, int indent);
+    void _WriteRelocates(const SdfPath& owner, const std::vector<std::pair<SdfPath, SdfPath>>& relocates,
+                         int indent);
+    // With `commaAtEnd` a list of several lines has a comma behind its last item, too, as properties have it.
     template <class T>
-    void _WriteListOp(const std::string& prefix, const std::string& name, const SdfListOp<T>& op, int indent);
+    void _WriteListOp(const std::string& prefix, const std::string& name, const SdfListOp<T>& op, int indent,
+                      bool commaAtEnd = false);
     template <class T>
-    void _WriteItems(const std::vector<T>& items, int indent);
+    void _WriteItems(const std::vector<T>& items, int indent, bool commaAtEnd);
     void _WriteNames(const char* what, const SdfPath& path, const TfToken& field, int indent);
     void _Indent(int indent) { _out.append(static_cast<size_t>(indent) * 4, ' '); }
     void _Line(int indent, const std::string& text)

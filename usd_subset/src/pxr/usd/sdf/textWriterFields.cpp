@@ -69,6 +69,13 @@ std::string itemText(const T& item, int)
     return Sdf_ValueToText(VtValue(item));
 }
 
+bool hasCustomData(const SdfReference& reference) { return !reference.GetCustomData().empty(); }
+template <class T>
+bool hasCustomData(const T&)
+{
+    return false;
+}
+
 template <class T>
 constexpr bool kOwnLines =
     std::is_same_v<T, SdfReference> || std::is_same_v<T, SdfPayload> || std::is_same_v<T, SdfPath>;
@@ -76,14 +83,15 @@ constexpr bool kOwnLines =
 } // namespace
 
 template <class T>
-void Sdf_TextWriter::_WriteItems(const std::vector<T>& items, int indent)
+void Sdf_TextWriter::_WriteItems(const std::vector<T>& items, int indent, bool commaAtEnd)
 {
     if (items.empty()) {
         _out += "None\n";
         return;
     }
-    const bool lines = kOwnLines<T> && items.size() > 1;
-    const bool single = items.size() == 1 && (kOwnLines<T> || std::is_same_v<T, std::string>);
+    // A reference with custom data is long enough for a list of its own.
+    const bool lines = kOwnLines<T> && (items.size() > 1 || hasCustomData(items[0]));
+    const bool single = items.size() == 1 && !lines && (kOwnLines<T> || std::is_same_v<T, std::string>);
     _out += single ? "" : lines ? "[\n" : "[";
     for (size_t i = 0; i < items.size(); ++i) {
         const bool last = i + 1 == items.size();
@@ -91,7 +99,7 @@ void Sdf_TextWriter::_WriteItems(const std::vector<T>& items, int indent)
             _Indent(indent + 1);
         }
         _out += itemText(items[i], lines ? indent + 1 : indent);
-        _out += lines ? (last ? "\n" : ",\n") : (last ? "" : ", ");
+        _out += lines ? (last && !commaAtEnd ? "\n" : ",\n") : (last ? "" : ", ");
     }
     if (lines) {
         _Indent(indent);
@@ -101,12 +109,12 @@ void Sdf_TextWriter::_WriteItems(const std::vector<T>& items, int indent)
 
 template <class T>
 void Sdf_TextWriter::_WriteListOp(const std::string& prefix, const std::string& name, const SdfListOp<T>& op,
-                                  int indent)
+                                  int indent, bool commaAtEnd)
 {
     if (op.IsExplicit()) {
         _Indent(indent);
         _out += prefix + name + " = ";
-        _WriteItems(op.GetExplicitItems(), indent);
+        _WriteItems(op.GetExplicitItems(), indent, commaAtEnd);
         return;
     }
     const std::pair<const char*, const std::vector<T>*> lists[] = {{"delete ", &op.GetDeletedItems()},
@@ -118,12 +126,13 @@ void Sdf_TextWriter::_WriteListOp(const std::string& prefix, const std::string& 
         if (!list.second->empty()) {
             _Indent(indent);
             _out += list.first + prefix + name + " = ";
-            _WriteItems(*list.second, indent);
+            _WriteItems(*list.second, indent, commaAtEnd);
         }
     }
 }
 
-template void Sdf_TextWriter::_WriteListOp(const std::string&, const std::string&, const SdfPathListOp&, int);
+template void Sdf_TextWriter::_WriteListOp(const std::string&, const std::string&, const SdfPathListOp&, int,
+                                           bool);
 
 bool Sdf_TextWriter::_WriteListOpField(const TfToken& field, const VtValue& value, int indent)
 {
@@ -170,12 +179,17 @@ void Sdf_TextWriter::_WriteSubLayers(const SdfPath& path, int indent)
     _Line(indent, "]");
 }
 
-void Sdf_TextWriter::_WriteRelocates(const std::vector<std::pair<SdfPath, SdfPath>>& relocates, int indent)
+// The relocates of a prim are written as paths from it.
+void Sdf_TextWriter::_WriteRelocates(const SdfPath& owner,
+                                     const std::vector<std::pair<SdfPath, SdfPath>>& relocates, int indent)
 {
+    const auto text = [&](const SdfPath& path) {
+        return pathText(owner.IsAbsoluteRootPath() || path.IsEmpty() ? path : path.MakeRelativePath(owner));
+    };
     _Line(indent, "relocates = {");
     for (size_t i = 0; i < relocates.size(); ++i) {
-        _Line(indent + 1, pathText(relocates[i].first) + ": " + pathText(relocates[i].second) +
-                              (i + 1 < relocates.size() ? "," : ""));
+        _Line(indent + 1, text(relocates[i].first) + ": " + text(relocates[i].second) +
+                              (i + 1 < relocates.size() ? ", " : ""));
     }
     _Line(indent, "}");
 }
@@ -196,22 +210,24 @@ bool Sdf_TextWriter::_WriteSpecialField(const SdfPath& path, const TfToken& fiel
     } else if (field == keys.SubLayers) {
         _WriteSubLayers(path, indent);
     } else if (field == keys.LayerRelocates) {
-        _WriteRelocates(value.GetWithDefault<SdfRelocates>(), indent);
+        _WriteRelocates(path, value.GetWithDefault<SdfRelocates>(), indent);
     } else if (field == keys.Relocates) {
         const SdfRelocatesMap map = value.GetWithDefault<SdfRelocatesMap>();
-        _WriteRelocates(SdfRelocates(map.begin(), map.end()), indent);
+        _WriteRelocates(path, SdfRelocates(map.begin(), map.end()), indent);
     } else if (field == keys.VariantSelection) {
         VtDictionary selections;
         for (const auto& entry : value.GetWithDefault<SdfVariantSelectionMap>()) {
             selections[entry.first] = VtValue(entry.second);
         }
-        _Line(indent, "variants = " + Sdf_DictionaryToText(selections, indent));
+        if (!selections.empty()) {
+            _Line(indent, "variants = " + Sdf_DictionaryToText(selections, indent));
+        }
     } else if (field == keys.PrefixSubstitutions || field == keys.SuffixSubstitutions) {
         _Line(indent, field.GetString() + " = {");
         const VtDictionary entries = value.GetWithDefault<VtDictionary>();
         for (auto it = entries.begin(); it != entries.end(); ++it) {
             _Line(indent + 1, Sdf_QuoteString(it->first) + ": " + Sdf_ValueToText(it->second) +
-                                  (std::next(it) != entries.end() ? "," : ""));
+                                  (std::next(it) != entries.end() ? ", " : ""));
         }
         _Line(indent, "}");
     } else {

@@ -20,11 +20,14 @@
 #include <pxr/base/gf/vec4h.h>
 #include <pxr/base/gf/vec4i.h>
 #include <pxr/base/tf/diagnostic.h>
+#include <pxr/base/tf/stringUtils.h>
 #include <pxr/base/vt/array.h>
 #include <pxr/base/vt/dictionary.h>
 #include <pxr/base/vt/types.h>
+#include <pxr/usd/sdf/path.h>
 #include <pxr/usd/sdf/types.h>
 
+#include <charconv>
 #include <typeindex>
 #include <unordered_map>
 
@@ -40,7 +43,14 @@ void append(std::string& out, int64_t v) { out += std::to_string(v); }
 void append(std::string& out, uint64_t v) { out += std::to_string(v); }
 void append(std::string& out, float v) { out += Sdf_NumberToText(v); }
 void append(std::string& out, double v) { out += Sdf_NumberToText(v); }
-void append(std::string& out, GfHalf v) { out += Sdf_NumberToText(static_cast<float>(v)); }
+void append(std::string& out, GfHalf v)
+{
+    // Six digits tell all halves apart.
+    char text[32];
+    const auto end =
+        std::to_chars(text, text + sizeof text, static_cast<float>(v), std::chars_format::general, 6);
+    out.append(text, end.ptr);
+}
 void append(std::string& out, const SdfTimeCode& v) { out += Sdf_NumberToText(v.GetValue()); }
 void append(std::string& out, const std::string& v) { out += Sdf_QuoteString(v); }
 void append(std::string& out, const TfToken& v) { out += Sdf_QuoteString(v.GetString()); }
@@ -146,6 +156,9 @@ std::string Sdf_ValueToText(const VtValue& value)
         const VtValue& held = value.UncheckedGet<SdfUnregisteredValue>().GetValue();
         return held.IsHolding<std::string>() ? held.UncheckedGet<std::string>() : std::string("None");
     }
+    if (value.IsHolding<SdfPath>()) {
+        return "<" + value.UncheckedGet<SdfPath>().GetString() + ">";
+    }
     const auto appender = appenders().find(value.GetTypeid());
     if (appender == appenders().end()) {
         TF_CODING_ERROR("A value of type %s cannot be written as text", value.GetTypeName().c_str());
@@ -161,8 +174,7 @@ std::string Sdf_DictionaryToText(const VtDictionary& dictionary, int indent)
     const std::string inner(static_cast<size_t>(indent + 1) * 4, ' ');
     std::string text = "{\n";
     for (const auto& entry : dictionary) {
-        const std::string key =
-            SdfPath::IsValidIdentifier(entry.first) ? entry.first : Sdf_QuoteString(entry.first);
+        const std::string key = TfIsValidIdentifier(entry.first) ? entry.first : Sdf_QuoteString(entry.first);
         if (entry.second.IsHolding<VtDictionary>()) {
             text += inner + "dictionary " + key + " = " +
                     Sdf_DictionaryToText(entry.second.UncheckedGet<VtDictionary>(), indent + 1) + "\n";

@@ -9,6 +9,7 @@
 #include <pxr/usd/sdf/layer.h>
 #include <pxr/usd/sdf/spec.h>
 
+#include <algorithm>
 #include <ostream>
 
 PXR_NAMESPACE_OPEN_SCOPE
@@ -70,7 +71,9 @@ bool Sdf_UsdaFileFormat::WriteToFile(const SdfLayer& layer, const std::string& f
 
 bool Sdf_UsdaFileFormat::ReadFromString(SdfLayer* layer, const std::string& str) const
 {
-    return _Parse(layer, "<string>", str, false);
+    // A string in a program may begin on a line of its own; a file may not.
+    const size_t begin = std::min(str.find_first_not_of(" \t\n\v\f\r"), str.size());
+    return _Parse(layer, "<string>", begin == 0 ? str : str.substr(begin), false);
 }
 
 bool Sdf_UsdaFileFormat::WriteToString(const SdfLayer& layer, std::string* str,
