@@ -129,7 +129,7 @@ TEST_F(RebindingTest, KeepsTheOldBoundsUntilTheNewOnesAreThere)
     cacheBounds();
     model->setDistanceToCenter(10.0f);
     const GfRange1f ofTheOld = model->adjustGfCamera(cameraAt(GfVec3d(0, 0, 10))).GetClippingRange();
-    other = std::make_unique<WatchedDocument>(timeline, "#usda 1.0\ndef Cube \"Big\" { double size = 12 }\n",
+    other = std::make_unique<WatchedDocument>(timeline, "#usda 1.0\ndef Cube \"Big\" { double size = 12; }\n",
                                               "B");
     model->setDocument(other->document);
     EXPECT_EQ(model->adjustGfCamera(cameraAt(GfVec3d(0, 0, 10))).GetClippingRange(), ofTheOld);
