@@ -42,6 +42,20 @@ std::string helpOf(const CLI::App& app)
     return verbs.empty() ? "vesk --help" : "vesk " + verbs.front()->get_name() + " --help";
 }
 
+/// The word that stands where a verb should; empty where there is none.
+std::string unknownVerb(const CLI::App& app, int argc, const char* const* argv)
+{
+    if (!app.get_subcommands().empty()) return {};
+    for (int i = 1; i < argc; ++i) {
+        const std::string word = argv[i];
+        if (word == "--log")
+            ++i;
+        else if (word.empty() || word.front() != '-')
+            return word;
+    }
+    return {};
+}
+
 int reportUsage(const std::string& text, const Program& program, std::ostream& err)
 {
     err << "vesk: " << apps::oneLine(text) << "; see " << helpOf(program.app) << "\n";
@@ -77,7 +91,8 @@ int run(int argc, const char* const* argv, std::ostream& out, std::ostream& err)
     } catch (const CLI::Success& request) {
         return program.app.exit(request, out, err);
     } catch (const CLI::Error& error) {
-        return reportUsage(error.what(), program, err);
+        const std::string verb = unknownVerb(program.app, argc, argv);
+        return reportUsage(verb.empty() ? error.what() : "there is no verb '" + verb + "'", program, err);
     } catch (const apps::UsageError& error) {
         return reportUsage(error.what(), program, err);
     }

@@ -1,8 +1,14 @@
 #include "replay_fixture.h"
 
+#include "replay/session.h"
+
+#include <apps/support/errors.h>
+#include <apps/support/interruption.h>
+
 #include <gmock/gmock.h>
 
 #include <algorithm>
+#include <csignal>
 #include <filesystem>
 #include <fstream>
 
@@ -41,6 +47,18 @@ TEST_F(Replay, LeavesTheFileAloneWhenTheSceneCannotBeOpened)
     std::string text;
     std::getline(file, text);
     EXPECT_EQ(text, "former");
+}
+
+TEST_F(Replay, EndsBetweenTwoTasksWhenTheUserInterrupts)
+{
+    const apps::Interruption interruption;
+    replay::Session session(m_scene);
+    session.constructUnseen({});
+    session.model().getSceneBounds();
+    session.model().getSceneBounds();
+    std::raise(SIGINT);
+    EXPECT_THROW(session.runTasks(), apps::JobError);
+    EXPECT_EQ(session.document().pendingTaskCount(), 1u);
 }
 
 TEST_F(Replay, RefusesAFileInAMissingFolder)

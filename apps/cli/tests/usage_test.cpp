@@ -3,6 +3,9 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <filesystem>
+
 namespace vesk::cli::tests {
 namespace {
 
@@ -31,7 +34,7 @@ TEST_P(HelpOfVerb, ShowsAnExample)
     EXPECT_THAT(result.out, HasSubstr(std::string("vesk ") + GetParam() + " scene.usda"));
 }
 
-INSTANTIATE_TEST_SUITE_P(Verbs, HelpOfVerb, ::testing::Values("info", "bounds", "shot", "tour"));
+INSTANTIATE_TEST_SUITE_P(Verbs, HelpOfVerb, ::testing::Values("info", "bounds", "shot", "tour", "replay"));
 
 struct WrongUsage
 {
@@ -55,6 +58,10 @@ INSTANTIATE_TEST_SUITE_P(
     Cases, WrongCommandLine,
     ::testing::Values(
         WrongUsage{"NoVerb", {}, "vesk: A subcommand is required; see vesk --help"},
+        WrongUsage{"UnknownVerb", {"fly"}, "vesk: there is no verb 'fly'; see vesk --help"},
+        WrongUsage{"UnknownVerbAfterTheLog",
+                   {"--log", "-", "fly", "high"},
+                   "vesk: there is no verb 'fly'; see vesk --help"},
         WrongUsage{"NoScene", {"info"}, "vesk: SCENE is required; see vesk info --help"},
         WrongUsage{"NoOutput", {"shot", "a.usda"}, "vesk: --output is required; see vesk shot --help"},
         WrongUsage{"UnknownOption",
@@ -69,6 +76,33 @@ INSTANTIATE_TEST_SUITE_P(
                    {"shot", "a.usda", "-o", "a.jpg"},
                    "vesk: 'a.jpg' must end in .png or .exr; see vesk shot --help"}),
     [](const auto& example) { return example.param.name; });
+
+TEST(Log, InAMissingFolderIsRefusedAndMakesNoFolder)
+{
+    const vesk::tests::TemporaryFolder folder;
+    const std::string scene = folder.write("scene.usda", kScene).string();
+    const std::string log = (folder.path() / "none" / "log.txt").string();
+    const CliResult result = runCli({"info", scene, "--log", log});
+    EXPECT_EQ(result.exitCode, 1);
+    EXPECT_EQ(result.out, "");
+    EXPECT_EQ(result.err, "vesk: cannot write '" + log + "': the folder '" +
+                              (folder.path() / "none").string() + "' does not exist; create it first\n");
+    EXPECT_FALSE(std::filesystem::exists(folder.path() / "none"));
+}
+
+TEST(Log, GetsTheRecordsAndStdoutTheResultAlone)
+{
+    const vesk::tests::TemporaryFolder folder;
+    const std::string scene = folder.write("scene.usda", kScene).string();
+    const std::string script = folder.write("s.json", R"([{"op": "endCameraInteraction"}])").string();
+    const std::string log = (folder.path() / "log.txt").string();
+    const CliResult result = runCli({"replay", scene, script, "--log", log});
+    EXPECT_EQ(result.exitCode, 0);
+    EXPECT_EQ(result.err, "");
+    EXPECT_EQ(std::count(result.out.begin(), result.out.end(), '\n'), 2);
+    EXPECT_THAT(vesk::tests::readFile(log),
+                HasSubstr("ViewportModel endCameraInteraction: already inactive"));
+}
 
 TEST(WrongCommandLine, NamesTheViewsForAnUnknownOne)
 {

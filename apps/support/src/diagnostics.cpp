@@ -1,6 +1,7 @@
 #include <apps/support/diagnostics.h>
 
 #include <apps/support/errors.h>
+#include <apps/support/outputs.h>
 
 #include <pxr/base/tf/diagnosticMgr.h>
 #include <pxr/base/tf/error.h>
@@ -21,6 +22,8 @@ std::shared_ptr<spdlog::sinks::sink> makeSink(const std::string& destination)
 {
     if (destination.empty()) return std::make_shared<spdlog::sinks::null_sink_mt>();
     if (destination == "-") return std::make_shared<spdlog::sinks::stderr_sink_mt>();
+    // The sink itself would make the folders that are missing.
+    requireWritable(destination);
     try {
         return std::make_shared<spdlog::sinks::basic_file_sink_mt>(destination, true);
     } catch (const spdlog::spdlog_ex& error) {
