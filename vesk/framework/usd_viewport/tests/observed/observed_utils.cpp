@@ -32,6 +32,7 @@ std::vector<UtilityCall> ObservedUtils::take()
 
 void ObservedUtils::record(UtilityCall call)
 {
+    if (onEntry) onEntry(call);
     const std::lock_guard<std::mutex> lock(m_mutex);
     if (timeline) timeline->push_back("utils " + call.name);
     m_calls.push_back(std::move(call));
@@ -119,14 +120,16 @@ Result<GfCamera> getGfCameraFromCameraPath(const TfWeakPtr<UsdStage>& stage, con
 }
 
 Result<GfRange3f> computeAlignedGeometryBounds(const TfWeakPtr<UsdStage>& stage, const SdfPath& root,
-                                               UsdTimeCode time, bool proxyGeometry, UsdGeomBBoxCache*)
+                                               UsdTimeCode time, bool proxyGeometry, UsdGeomBBoxCache* cache)
 {
     UtilityCall call("computeAlignedGeometryBounds");
     call.stage = stage;
     call.path = root;
     call.time = time.GetValue();
     call.proxyGeometry = proxyGeometry;
+    call.cache = cache;
     observedUtils().record(call);
+    if (observedUtils().boundsError) return *observedUtils().boundsError;
     return observedUtils().sceneBounds;
 }
 
