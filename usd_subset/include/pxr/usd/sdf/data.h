@@ -4,8 +4,8 @@
 
 #include <pxr/pxr.h>
 #include <pxr/usd/sdf/abstractData.h>
+#include <pxr/usd/sdf/specTable.h>
 
-#include <unordered_map>
 #include <utility>
 
 PXR_NAMESPACE_OPEN_SCOPE
@@ -66,19 +66,15 @@ protected:
     void _VisitSpecs(SdfAbstractDataSpecVisitor* visitor) const override;
 
 private:
-    typedef std::pair<TfToken, VtValue> _Field;
-    struct _Spec
-    {
-        SdfSpecType type = SdfSpecTypeUnknown;
-        std::vector<_Field> fields;
-    };
+    using _Field = Sdf_SpecTable::Field;
+    using _Spec = Sdf_SpecTable::Spec;
     const _Spec* _FindSpec(const SdfPath& path) const;
     static const VtValue* _FindField(const _Spec& spec, const TfToken& fieldName);
     const VtValue* _Find(const SdfPath& path, const TfToken& fieldName) const;
     const SdfTimeSampleMap* _FindSamples(const SdfPath& path) const;
     VtValue* _FindOrAdd(const SdfPath& path, const TfToken& fieldName);
 
-    std::unordered_map<SdfPath, _Spec, SdfPath::Hash> _specs;
+    Sdf_SpecTable _specs;
 };
 
 class SdfData::Fields

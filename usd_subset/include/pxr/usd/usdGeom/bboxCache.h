@@ -121,7 +121,7 @@ private:
     void _AddChildBounds(const _Frame& frame);
     bool _AddExtentsHint(const UsdPrim& prim, _Entry* entry);
     void _AddExtent(const UsdPrim& prim, _Entry* entry);
-    void _UpdateVariability(const UsdPrim& prim, _Entry* entry) const;
+    void _UpdateVariability(const UsdPrim& prim, _Entry* entry);
     bool _ShouldIncludePrim(const UsdPrim& prim) const;
     bool _UseExtentsHintForPrim(const UsdPrim& prim) const;
     bool _IsVarying(const UsdAttribute& attribute) const;

@@ -33,11 +33,7 @@ SdfData::~SdfData() = default;
 
 bool SdfData::StreamsData() const { return false; }
 
-const SdfData::_Spec* SdfData::_FindSpec(const SdfPath& path) const
-{
-    const auto it = _specs.find(path);
-    return it == _specs.end() ? nullptr : &it->second;
-}
+const SdfData::_Spec* SdfData::_FindSpec(const SdfPath& path) const { return _specs.Find(path); }
 
 const VtValue* SdfData::_FindField(const _Spec& spec, const TfToken& fieldName)
 {
@@ -57,36 +53,39 @@ const VtValue* SdfData::_Find(const SdfPath& path, const TfToken& fieldName) con
 
 VtValue* SdfData::_FindOrAdd(const SdfPath& path, const TfToken& fieldName)
 {
-    const auto it = _specs.find(path);
-    if (it == _specs.end()) {
+    _Spec* const spec = _specs.Find(path);
+    if (!spec) {
         return nullptr;
     }
-    for (_Field& field : it->second.fields) {
+    for (_Field& field : spec->fields) {
         if (field.first == fieldName) {
             return &field.second;
         }
     }
-    it->second.fields.emplace_back(fieldName, VtValue());
-    return &it->second.fields.back().second;
+    spec->fields.emplace_back(fieldName, VtValue());
+    return &spec->fields.back().second;
 }
 
 void SdfData::CreateSpec(const SdfPath& path, SdfSpecType specType)
 {
     if (specType != SdfSpecTypeUnknown) {
-        _specs[path].type = specType;
+        _specs.FindOrAdd(path).type = specType;
     }
 }
 
 bool SdfData::HasSpec(const SdfPath& path) const { return _FindSpec(path) != nullptr; }
 
-void SdfData::EraseSpec(const SdfPath& path) { _specs.erase(path); }
+void SdfData::EraseSpec(const SdfPath& path) { _specs.Erase(path); }
 
 void SdfData::MoveSpec(const SdfPath& oldPath, const SdfPath& newPath)
 {
-    auto node = _specs.extract(oldPath);
-    if (!node.empty()) {
-        node.key() = newPath;
-        _specs.insert(std::move(node));
+    _Spec* const old = _specs.Find(oldPath);
+    if (old && !_specs.Find(newPath)) {
+        _Spec moved = std::move(*old);
+        old->path = oldPath; // by which it is found once more
+        _specs.Erase(oldPath);
+        moved.path = newPath;
+        _specs.FindOrAdd(newPath) = std::move(moved);
     }
 }
 
@@ -180,11 +179,11 @@ void SdfData::Fields::Set(const TfToken& name, VtValue&& value) const
 
 void SdfData::Erase(const SdfPath& path, const TfToken& fieldName)
 {
-    const auto it = _specs.find(path);
-    if (it == _specs.end()) {
+    _Spec* const spec = _specs.Find(path);
+    if (!spec) {
         return;
     }
-    std::vector<_Field>& fields = it->second.fields;
+    std::vector<_Field>& fields = spec->fields;
     const auto field =
         std::find_if(fields.begin(), fields.end(), [&](const _Field& f) { return f.first == fieldName; });
     if (field != fields.end()) {
@@ -213,14 +212,15 @@ const SdfTimeSampleMap* SdfData::_FindSamples(const SdfPath& path) const
 std::set<double> SdfData::ListAllTimeSamples() const
 {
     std::set<double> times;
-    for (const auto& spec : _specs) {
-        const VtValue* field = _FindField(spec.second, SdfFieldKeys->TimeSamples);
+    _specs.ForEach([&times](const _Spec& spec) {
+        const VtValue* field = _FindField(spec, SdfFieldKeys->TimeSamples);
         if (field && field->IsHolding<SdfTimeSampleMap>()) {
             for (const auto& sample : field->UncheckedGet<SdfTimeSampleMap>()) {
                 times.insert(sample.first);
             }
         }
-    }
+        return true;
+    });
     return times;
 }
 
@@ -299,11 +299,7 @@ void SdfData::EraseTimeSample(const SdfPath& path, double time)
 
 void SdfData::_VisitSpecs(SdfAbstractDataSpecVisitor* visitor) const
 {
-    for (const auto& spec : _specs) {
-        if (!visitor->VisitSpec(*this, spec.first)) {
-            return;
-        }
-    }
+    _specs.ForEach([&](const _Spec& spec) { return visitor->VisitSpec(*this, spec.path); });
 }
 
 PXR_NAMESPACE_CLOSE_SCOPE

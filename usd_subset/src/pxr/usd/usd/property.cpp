@@ -80,8 +80,13 @@ bool UsdProperty::SetNestedDisplayGroups(const std::vector<std::string>& nestedG
 
 bool UsdProperty::IsCustom() const
 {
-    bool custom = false;
-    GetMetadata(SdfFieldKeys->Custom, &custom);
+    if (_Prim()->GetPrimDefinition().GetPropertyDefinition(_PropName())) {
+        return false;
+    }
+    bool custom = false; // one opinion that says so is enough
+    for (Usd_PropertySites sites(*_Prim().operator->(), _PropName()); sites && !custom; ++sites) {
+        sites.GetLayer().HasField(sites.GetPath(), SdfFieldKeys->Custom, &custom);
+    }
     return custom;
 }
 
@@ -122,11 +127,19 @@ bool UsdProperty::_GetTargets(SdfSpecType specType, SdfPathVector* out) const
         }
     }
     out->clear();
+    bool hasOpinions = false;
+    bool hasUnmapped = false; // a path that points outside of what its arc brings in
     for (auto opinion = opinions.rbegin(); opinion != opinions.rend(); ++opinion) {
+        if (!opinion->edits.HasKeys()) {
+            continue;
+        }
+        hasOpinions = true;
+        hasUnmapped = hasUnmapped && !opinion->edits.IsExplicit();
         opinion->edits.ApplyOperations(
-            out, [&](SdfListOpType, const SdfPath& path) -> std::optional<SdfPath> {
+            out, [&](SdfListOpType operation, const SdfPath& path) -> std::optional<SdfPath> {
                 const SdfPath mapped = opinion->mapping->MapSourceToTarget(
                     path.MakeAbsolutePath(opinion->anchor).StripAllVariantSelections());
+                hasUnmapped = hasUnmapped || (mapped.IsEmpty() && operation != SdfListOpTypeDeleted);
                 return mapped.IsEmpty() ? std::nullopt : std::optional<SdfPath>(mapped);
             });
     }
@@ -137,7 +150,7 @@ bool UsdProperty::_GetTargets(SdfSpecType specType, SdfPathVector* out) const
         }
         out->erase(std::remove(out->begin(), out->end(), SdfPath()), out->end());
     }
-    return !opinions.empty();
+    return hasOpinions && !hasUnmapped;
 }
 
 SdfPath UsdProperty::_GetPathForAuthoring(const SdfPath& path, std::string* whyNot) const

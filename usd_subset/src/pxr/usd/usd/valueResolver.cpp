@@ -115,16 +115,17 @@ bool Usd_ValueResolver::_Between(const UsdResolveInfo& info, VtValue* value, dou
                                  double upper, const std::type_info* type) const
 {
     VtValue before;
-    if (!info._layer->QueryTimeSample(info._specPath, lower, &before) || before.IsHolding<SdfValueBlock>()) {
+    if (!info._layer->QueryTimeSample(info._specPath, lower, &before)) {
         return false;
-    }
-    if (Usd_StageImpl::Of(*_prim->GetStage()).interpolation == UsdInterpolationTypeHeld) {
-        *value = std::move(before);
-        return true;
     }
     const TfType declared = type ? TfType() : _attribute.GetTypeName().GetType();
     const std::type_info& wanted = type ? *type : declared.GetTypeid();
-    if (!Usd_IsInterpolated(wanted)) {
+    if (Usd_StageImpl::Of(*_prim->GetStage()).interpolation == UsdInterpolationTypeHeld ||
+        !Usd_IsInterpolated(wanted)) {
+        // Who takes any type gets the block itself.
+        if (type && before.IsHolding<SdfValueBlock>()) {
+            return false;
+        }
         *value = std::move(before);
         return true;
     }

@@ -10,13 +10,26 @@ PXR_NAMESPACE_OPEN_SCOPE
 
 std::vector<std::string> Usd_VariantOpinions::GetSetNames() const
 {
+    // The sets of each place in their own order, those of stronger places first.
     std::vector<std::string> names;
     const std::vector<Usd_SpecSite>& sites = _index.GetSites();
-    for (auto site = sites.rbegin(); site != sites.rend(); ++site) {
-        SdfStringListOp edits;
-        if (site->layer->HasField(site->path, SdfFieldKeys->VariantSetNames, &edits)) {
-            edits.ApplyOperations(&names);
+    for (auto first = sites.begin(); first != sites.end();) {
+        const auto last = std::find_if(
+            first, sites.end(), [first](const Usd_SpecSite& site) { return site.node != first->node; });
+        std::vector<std::string> here;
+        for (auto site = last; site != first;) {
+            --site;
+            SdfStringListOp edits;
+            if (site->layer->HasField(site->path, SdfFieldKeys->VariantSetNames, &edits)) {
+                edits.ApplyOperations(&here);
+            }
         }
+        for (const std::string& name : here) {
+            if (std::find(names.begin(), names.end(), name) == names.end()) {
+                names.push_back(name);
+            }
+        }
+        first = last;
     }
     return names;
 }

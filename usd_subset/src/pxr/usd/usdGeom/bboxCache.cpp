@@ -266,13 +266,12 @@ bool _ComputedExtentMightVary(const UsdPrim& prim)
 
 } // namespace
 
-void UsdGeomBBoxCache::_UpdateVariability(const UsdPrim& prim, _Entry* entry) const
+void UsdGeomBBoxCache::_UpdateVariability(const UsdPrim& prim, _Entry* entry)
 {
     const UsdGeomImageable imageable(prim);
-    const UsdGeomXformable xformable(prim);
     const UsdGeomBoundable boundable(prim);
     const UsdAttribute extent = boundable ? boundable.GetExtentAttr() : UsdAttribute();
-    entry->isVarying = (xformable && xformable.TransformMightBeTimeVarying()) || _IsVarying(extent) ||
+    entry->isVarying = _ctmCache.TransformMightBeTimeVarying(prim) || _IsVarying(extent) ||
                        (boundable && !extent.HasAuthoredValue() && _ComputedExtentMightVary(prim)) ||
                        (imageable && !_ignoreVisibility && _IsVarying(imageable.GetVisibilityAttr()));
 }

@@ -29,27 +29,39 @@ public:
     bool Add(const TfType& type, UsdGeomComputeExtentFunction function)
     {
         std::unique_lock<std::shared_mutex> lock(_mutex);
+        _found.clear();
         return _byType.emplace(type, function).second;
     }
 
     /// The function of a type or of the nearest type that it derives from; null where there is none.
-    UsdGeomComputeExtentFunction Find(const TfType& type) const
+    UsdGeomComputeExtentFunction Find(const TfType& type)
     {
+        {
+            std::shared_lock<std::shared_mutex> lock(_mutex);
+            const auto known = _found.find(type);
+            if (known != _found.end()) {
+                return known->second;
+            }
+        }
         std::vector<TfType> candidates;
         type.GetAllAncestorTypes(&candidates);
-        std::shared_lock<std::shared_mutex> lock(_mutex);
+        std::unique_lock<std::shared_mutex> lock(_mutex);
+        UsdGeomComputeExtentFunction found = nullptr;
         for (const TfType& candidate : candidates) {
             const auto it = _byType.find(candidate);
             if (it != _byType.end()) {
-                return it->second;
+                found = it->second;
+                break;
             }
         }
-        return nullptr;
+        _found[type] = found;
+        return found;
     }
 
 private:
     mutable std::shared_mutex _mutex;
     std::unordered_map<TfType, UsdGeomComputeExtentFunction, TfHash> _byType;
+    std::unordered_map<TfType, UsdGeomComputeExtentFunction, TfHash> _found; // answers given before
 };
 
 bool _ComputeFromFunction(const UsdGeomBoundable& boundable, const UsdTimeCode& time,

@@ -45,7 +45,7 @@ const Sdf_PathNode* Sdf_PathNodeTable::FindOrCreate(const Node* parent, const El
     if (Node* found = _FindIn(shard, parent, element, hash)) {
         return found;
     }
-    if (shard.size == shard.buckets.size()) {
+    if (2 * shard.size >= shard.buckets.size()) {
         _Grow(shard);
     }
     Node* made = new Node(parent, element, parent->m_isAbsolute);
