@@ -210,10 +210,13 @@ TEST(Layers, ExportingToAPlaceThatIsNotThereIsOneError)
     EXPECT_FALSE(layer->Export(file));
     EXPECT_EQ(errors.Take(),
               std::vector<std::string>{"Cannot write layer @" + file + "@: No such file or directory"});
-    EXPECT_FALSE(layer->Export(directory.File("a.usdc")));
-    EXPECT_EQ(errors.Take(),
-              std::vector<std::string>{"Cannot export layer @" + directory.File("a.usdc") +
-                                       "@: writing usdc layers is not possible; write usda instead"});
+    EXPECT_FALSE(layer->Export(directory.File("none/a.usdc")));
+    EXPECT_EQ(errors.Take(), std::vector<std::string>{"Cannot write layer @" + directory.File("none/a.usdc") +
+                                                      "@: No such file or directory"});
+    EXPECT_FALSE(layer->Export(directory.File("a.usdz")));
+    EXPECT_EQ(errors.Take(), std::vector<std::string>{"Cannot export layer @" + directory.File("a.usdz") +
+                                                      "@: writing usdz layers is not possible; write usda or "
+                                                      "usdc instead"});
     EXPECT_FALSE(layer->Export(directory.path));
     EXPECT_EQ(errors.Take(),
               std::vector<std::string>{"Cannot write layer @" + directory.path + "@: it is a directory"});

@@ -58,6 +58,10 @@ public:
     virtual bool WriteToFile(const SdfLayer& layer, const std::string& filePath,
                              const std::string& comment = std::string(),
                              const FileFormatArguments& args = FileFormatArguments()) const;
+    /// Writes a layer to its own file, in the format that the file has.
+    virtual bool SaveToFile(const SdfLayer& layer, const std::string& filePath,
+                            const std::string& comment = std::string(),
+                            const FileFormatArguments& args = FileFormatArguments()) const;
     virtual bool ReadFromString(SdfLayer* layer, const std::string& str) const;
     virtual bool WriteToStream(const SdfSpecHandle& spec, std::ostream& out, size_t indent) const;
     virtual bool WriteToString(const SdfLayer& layer, std::string* str,

@@ -2,6 +2,7 @@
 #include "pxr/usd/sdf/fileFormatRegistry.h"
 #include "pxr/usd/sdf/package/packageFileFormat.h"
 #include "pxr/usd/sdf/textParser.h"
+#include "pxr/usd/sdf/usdFileFormat.h"
 #include "pxr/usd/sdf/usdaFileFormat.h"
 
 #include <pxr/base/tf/diagnostic.h>
@@ -80,6 +81,12 @@ bool SdfFileFormat::WriteToFile(const SdfLayer&, const std::string& filePath, co
     TF_CODING_ERROR("Cannot write @%s@: files of the format %s cannot be written", filePath.c_str(),
                     _formatId.GetText());
     return false;
+}
+
+bool SdfFileFormat::SaveToFile(const SdfLayer& layer, const std::string& filePath, const std::string& comment,
+                               const FileFormatArguments& args) const
+{
+    return WriteToFile(layer, filePath, comment, args);
 }
 
 bool SdfFileFormat::ReadFromString(SdfLayer*, const std::string&) const

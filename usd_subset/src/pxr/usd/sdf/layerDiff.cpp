@@ -105,7 +105,14 @@ void SdfLayer::TransferContent(const SdfLayerHandle& layer)
     if (!layer || layer == _Self()) {
         return;
     }
-    _SetData(layer->_data);
+    if (!_data->StreamsData()) {
+        _SetData(layer->_data);
+        return;
+    }
+    // Content that is adopted as a whole must not be that of another layer.
+    const SdfAbstractDataRefPtr copy = _fileFormat->InitData(_fileFormatArgs);
+    copy->CopyFrom(SdfAbstractDataConstPtr(layer->_data));
+    _SetData(copy);
 }
 
 void SdfLayer::Clear()

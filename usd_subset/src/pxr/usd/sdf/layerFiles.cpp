@@ -376,11 +376,12 @@ bool SdfLayer::_Write(const std::string& fileName, const std::string& comment,
         fileFormat = _fileFormat;
     }
     if (fileFormat->IsPackage() || ArIsPackageRelativePath(fileName) || !fileFormat->SupportsWriting()) {
-        TF_CODING_ERROR("Cannot %s layer @%s@: writing %s layers is not possible; write usda instead",
+        TF_CODING_ERROR("Cannot %s layer @%s@: writing %s layers is not possible; write usda or usdc instead",
                         isSave ? "save" : "export", fileName.c_str(), fileFormat->GetFormatId().GetText());
         return false;
     }
-    if (!fileFormat->WriteToFile(*this, fileName, comment, args)) {
+    if (!(isSave ? fileFormat->SaveToFile(*this, fileName, comment, args)
+                 : fileFormat->WriteToFile(*this, fileName, comment, args))) {
         return false;
     }
     if (isSave) {

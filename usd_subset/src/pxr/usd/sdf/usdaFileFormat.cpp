@@ -14,11 +14,8 @@
 
 PXR_NAMESPACE_OPEN_SCOPE
 
-Sdf_UsdaFileFormat::Sdf_UsdaFileFormat() : Sdf_UsdaFileFormat("usda", "1.0", "usda", "#usda") {}
-
-Sdf_UsdaFileFormat::Sdf_UsdaFileFormat(const char* id, const char* version, const char* extension,
-                                       const char* cookie)
-    : SdfFileFormat(TfToken(id), TfToken(version), TfToken("usd"), extension, cookie)
+Sdf_UsdaFileFormat::Sdf_UsdaFileFormat()
+    : SdfFileFormat(TfToken("usda"), TfToken("1.0"), TfToken("usd"), "usda", "#usda")
 {}
 
 bool Sdf_UsdaFileFormat::CanRead(const std::string& file) const
@@ -92,21 +89,6 @@ bool Sdf_UsdaFileFormat::WriteToStream(const SdfSpecHandle& spec, std::ostream& 
     out << Sdf_TextWriter(*get_pointer(_GetLayerData(*get_pointer(layer))))
                .WriteSpec(spec->GetPath(), static_cast<int>(indent));
     return true;
-}
-
-Sdf_UsdFileFormat::Sdf_UsdFileFormat() : Sdf_UsdaFileFormat("usd", "1.0", "usd", "") {}
-
-bool Sdf_UsdFileFormat::CanRead(const std::string& file) const
-{
-    const SdfFileFormatConstPtr format = Sdf_FindFormatByContent(Sdf_ReadFileStart(file, 8));
-    return format && !format->IsPackage();
-}
-
-bool Sdf_UsdFileFormat::Read(SdfLayer* layer, const std::string& resolvedPath, bool metadataOnly) const
-{
-    const SdfFileFormatConstPtr format = Sdf_FindFormatByContent(Sdf_ReadFileStart(resolvedPath, 8));
-    return format && !format->IsPackage() ? format->Read(layer, resolvedPath, metadataOnly)
-                                          : Sdf_UsdaFileFormat::Read(layer, resolvedPath, metadataOnly);
 }
 
 PXR_NAMESPACE_CLOSE_SCOPE

@@ -21,21 +21,8 @@ public:
     bool WriteToString(const SdfLayer& layer, std::string* str, const std::string& comment) const override;
     bool WriteToStream(const SdfSpecHandle& spec, std::ostream& out, size_t indent) const override;
 
-protected:
-    Sdf_UsdaFileFormat(const char* id, const char* version, const char* extension, const char* cookie);
-
 private:
     bool _Parse(SdfLayer* layer, const std::string& name, const std::string& text, bool metadataOnly) const;
-};
-
-/// The format of `.usd` files, whose content may be text or crate; what it writes is text.
-class Sdf_UsdFileFormat : public Sdf_UsdaFileFormat
-{
-public:
-    Sdf_UsdFileFormat();
-
-    bool CanRead(const std::string& file) const override;
-    bool Read(SdfLayer* layer, const std::string& resolvedPath, bool metadataOnly) const override;
 };
 
 PXR_NAMESPACE_CLOSE_SCOPE

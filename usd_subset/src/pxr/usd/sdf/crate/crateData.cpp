@@ -36,7 +36,7 @@ VtValue toPayloadListOp(const VtValue& value)
 Sdf_CrateData::Sdf_CrateData() = default;
 Sdf_CrateData::~Sdf_CrateData() = default;
 
-bool Sdf_CrateData::StreamsData() const { return static_cast<bool>(_file); }
+bool Sdf_CrateData::StreamsData() const { return true; }
 
 const Sdf_CrateData::_Spec* Sdf_CrateData::_FindSpec(const SdfPath& path) const
 {

@@ -108,7 +108,7 @@ bool Sdf_CrateFile::_Open(const char* name, Sdf_CrateCursor* cursor) const
 {
     for (const _Section& section : _sections) {
         if (section.name == name) {
-            *cursor = Sdf_CrateCursor(_source, name, section.start, section.end);
+            cursor->Restrict(section.start, section.end);
             return true;
         }
     }
@@ -266,8 +266,10 @@ void Sdf_CrateFile::_ReadPaths()
     }
     Sdf_CratePathTreeReader reader(*this, _limits.pathDepth, &_paths);
     const bool packed = !(_version < kCompressedTables);
-    const uint64_t count = packed ? cursor.Read<uint64_t>() : cursor.ReadCount(12, "paths");
+    const uint64_t count = cursor.Read<uint64_t>();
     if (!packed) {
+        // The empty path has an index and no place in the tree.
+        cursor.CheckCount(count > 0 ? count - 1 : 0, 12, "paths");
         cursor.Charge(&_budget, count * (sizeof(SdfPath) + 96));
         _paths.resize(static_cast<size_t>(count));
         reader.ReadTree(&cursor, _version < kWithoutPadding);
@@ -277,7 +279,6 @@ void Sdf_CrateFile::_ReadPaths()
     const std::vector<uint32_t> indices = _ReadInts<uint32_t>(&cursor, encoded);
     const std::vector<int32_t> elements = _ReadInts<int32_t>(&cursor, encoded);
     const std::vector<int32_t> jumps = _ReadInts<int32_t>(&cursor, encoded);
-    // The empty path has an index and no place in the tree.
     if (count < encoded || count > encoded + 1) {
         cursor.Fail(std::to_string(count) + " paths are announced, but the tree has " +
                     std::to_string(encoded));

@@ -1,9 +1,11 @@
 #include "pxr/usd/sdf/crate/crateFileFormat.h"
 
 #include "pxr/usd/sdf/crate/crateData.h"
+#include "pxr/usd/sdf/crate/crateWriter.h"
 #include "pxr/usd/sdf/fileFormatRegistry.h"
 #include "pxr/usd/sdf/wholeFile.h"
 
+#include <pxr/base/tf/diagnostic.h>
 #include <pxr/usd/ar/asset.h>
 #include <pxr/usd/ar/resolver.h>
 
@@ -51,6 +53,20 @@ bool Sdf_CrateFileFormat::Read(SdfLayer* layer, const std::string& resolvedPath,
     return true;
 }
 
-bool Sdf_CrateFileFormat::SupportsWriting() const { return false; }
+bool Sdf_CrateFileFormat::WriteToFile(const SdfLayer& layer, const std::string& filePath, const std::string&,
+                                      const FileFormatArguments&) const
+{
+    std::string whyNot;
+    if (!Sdf_CrateWriter(*get_pointer(_GetLayerData(layer))).Write(filePath, &whyNot)) {
+        TF_RUNTIME_ERROR("Cannot write layer @%s@: %s", filePath.c_str(), whyNot.c_str());
+        return false;
+    }
+    return true;
+}
+
+bool Sdf_CrateFileFormat::ReadFromString(SdfLayer* layer, const std::string& str) const
+{
+    return SdfFileFormat::FindById(TfToken("usda"))->ReadFromString(layer, str);
+}
 
 PXR_NAMESPACE_CLOSE_SCOPE

@@ -21,7 +21,9 @@ public:
     SdfAbstractDataRefPtr InitData(const FileFormatArguments& args) const override;
     bool CanRead(const std::string& file) const override;
     bool Read(SdfLayer* layer, const std::string& resolvedPath, bool metadataOnly) const override;
-    bool SupportsWriting() const override;
+    bool WriteToFile(const SdfLayer& layer, const std::string& filePath, const std::string& comment,
+                     const FileFormatArguments& args) const override;
+    bool ReadFromString(SdfLayer* layer, const std::string& str) const override;
 };
 
 /// Reads a crate file from an asset, with bounds on what it may cost. On an error it returns null and says

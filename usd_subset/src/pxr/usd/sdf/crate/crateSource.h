@@ -80,6 +80,12 @@ public:
         : _source(&source), _part(part), _at(begin), _end(end)
     {}
 
+    /// Goes to another range of the file.
+    void Restrict(uint64_t begin, uint64_t end)
+    {
+        _at = begin;
+        _end = end;
+    }
     const Sdf_CrateSource& GetSource() const { return *_source; }
     uint64_t Tell() const { return _at; }
     uint64_t Left() const { return _end - _at; }
