@@ -155,13 +155,13 @@ void SdfData::Adopt(const SdfPath& path, const TfToken& fieldName, VtValue&& val
 
 SdfData::Fields SdfData::GetFields(const SdfPath& path)
 {
-    const auto it = _specs.find(path);
-    return it == _specs.end() ? Fields() : Fields(&it->second);
+    _Spec* const spec = _specs.Find(path);
+    return spec ? Fields(spec) : Fields();
 }
 
 SdfData::Fields SdfData::CreateFields(const SdfPath& path, SdfSpecType specType)
 {
-    _Spec& spec = _specs[path];
+    _Spec& spec = _specs.FindOrAdd(path);
     spec.type = specType;
     return Fields(&spec);
 }
