@@ -1,6 +1,8 @@
 #include "camera_bits.h"
 
+#include <algorithm>
 #include <cmath>
+#include <limits>
 #include <pxr/base/tf/errorMark.h>
 #include <pxr/usd/usd/timeCode.h>
 #include <pxr/usd/usdGeom/camera.h>
@@ -54,17 +56,60 @@ bool isInvertible(const GfMatrix4d& matrix, const GfMatrix4d& inverse)
     return box > 0.0 && std::abs(matrix.GetDeterminant3()) > 1e-12 * box;
 }
 
-// The camera's matrix below its parent, as the scene description computes it when it is authored.
-GfMatrix4d localTransform(const UsdGeomCamera& prim, const GfMatrix4d& world, UsdTimeCode time)
+// What lies above a camera: a world transform becomes a local one and back.
+struct Parent
 {
-    const GfMatrix4d parent = prim.ComputeParentToWorldTransform(time);
+    GfMatrix4d toWorld;
+    GfMatrix4d fromWorld;
+
+    GfMatrix4d thereAndBack(const GfMatrix4d& world) const { return world * fromWorld * toWorld; }
+
+    // The most that rounding may be multiplied by on that way, for one number of the matrix.
+    double magnitude(const GfMatrix4d& world, int row, int column) const
+    {
+        double sum = 0.0;
+        for (int outer = 0; outer < 4; ++outer) {
+            for (int inner = 0; inner < 4; ++inner)
+                sum += std::abs(world[row][outer] * fromWorld[outer][inner] * toWorld[inner][column]);
+        }
+        return sum;
+    }
+};
+
+Parent parentOf(const UsdGeomCamera& prim, UsdTimeCode time)
+{
+    Parent parent;
     double determinant = 0.0;
-    const GfMatrix4d inverse = parent.GetInverse(&determinant);
-    if (determinant == 0.0 || !isInvertible(parent, inverse))
+    parent.toWorld = prim.ComputeParentToWorldTransform(time);
+    parent.fromWorld = parent.toWorld.GetInverse(&determinant);
+    if (determinant == 0.0 || !isInvertible(parent.toWorld, parent.fromWorld))
         fail(
             UtilsError::SingularParentTransform, prim.GetPath(),
             "the transform of its parent cannot be inverted; give every prim above it a scale that is not 0");
-    return world * inverse;
+    return parent;
+}
+
+// Whether two world transforms differ by no more than what being authored and read back does to them. A
+// viewport cleans the camera that it reads: if it were written for that, each rounding would be answered by
+// another one without end.
+bool differByRounding(const Parent& parent, const GfMatrix4d& left, const GfMatrix4d& right)
+{
+    constexpr double kMargin = 8.0;
+    const GfMatrix4d leftAgain = parent.thereAndBack(left);
+    const GfMatrix4d rightAgain = parent.thereAndBack(right);
+    for (int row = 0; row < 4; ++row) {
+        double difference = 0.0;
+        double rounding = 0.0;
+        for (int column = 0; column < 4; ++column) {
+            const double floor = std::numeric_limits<double>::epsilon() * parent.magnitude(left, row, column);
+            const double moved = std::max(std::abs(leftAgain[row][column] - left[row][column]),
+                                          std::abs(rightAgain[row][column] - right[row][column]));
+            rounding = std::max({rounding, floor, moved});
+            difference = std::max(difference, std::abs(left[row][column] - right[row][column]));
+        }
+        if (!(difference <= kMargin * rounding)) return false;
+    }
+    return true;
 }
 
 // Raises what the scene description had to say, and leaves no diagnostic behind.
@@ -111,13 +156,16 @@ void setGfCameraForCameraPath(const TfWeakPtr<UsdStage>& stage, const SdfPath& p
 
     const UsdTimeCode timeCode(time);
     const GfCamera current = prim.GetCamera(timeCode);
-    if (haveSameBits(current.GetTransform(), camera.GetTransform()) && haveSameLens(current, camera)) return;
+    const GfMatrix4d world = camera.GetTransform();
+    const bool sameLens = haveSameLens(current, camera);
+    if (sameLens && haveSameBits(current.GetTransform(), world)) return;
+    const Parent parent = parentOf(prim, timeCode);
+    if (sameLens && isFinite(world) && differByRounding(parent, current.GetTransform(), world)) return;
 
-    const GfMatrix4d local = localTransform(prim, camera.GetTransform(), timeCode);
     TfErrorMark mark;
     prim.SetFromCamera(camera, timeCode);
     raiseErrors(mark, path);
-    checkAuthored(prim, camera, local, timeCode);
+    checkAuthored(prim, camera, world * parent.fromWorld, timeCode);
 }
 
 Result<bool> stageIsZUp(const TfWeakPtr<UsdStage>& stage)

@@ -141,6 +141,35 @@ TEST(WritingACamera, SettlesUnderAnyParentAfterOneWrite)
     }
 }
 
+// The layer's text before and after a second write, of a camera that was moved by so much, below a parent
+// that is turned and unevenly scaled.
+bool isAuthoredAgain(double moved)
+{
+    const UsdStageRefPtr stage = stageFrom(kRig);
+    UsdGeomXformable(stage->GetPrimAtPath(SdfPath("/Rig")))
+        .MakeMatrixXform()
+        .Set(GfMatrix4d(GfVec4d(0.3, 7.0, 1.1, 1.0)) *
+             GfMatrix4d(GfRotation(GfVec3d(1, 2, 3), 40.0), GfVec3d(5, 6, 7)));
+    setGfCameraForCameraPath(stage, kCamera, someCamera(), kDefaultTime);
+    GfCamera camera = getGfCameraFromCameraPath(stage, kCamera, kDefaultTime).takeValue();
+    std::string before, after;
+    stage->GetRootLayer()->ExportToString(&before);
+    GfMatrix4d transform = camera.GetTransform();
+    transform[3][0] += moved;
+    camera.SetTransform(transform);
+    setGfCameraForCameraPath(stage, kCamera, camera, kDefaultTime);
+    stage->GetRootLayer()->ExportToString(&after);
+    return before != after;
+}
+
+TEST(WritingACamera, HappensForTheSmallestMoveThatTheWayThroughTheParentKeeps)
+{
+    EXPECT_TRUE(isAuthoredAgain(1.0));
+    EXPECT_TRUE(isAuthoredAgain(1e-9));
+    EXPECT_FALSE(isAuthoredAgain(1e-15));
+    EXPECT_FALSE(isAuthoredAgain(0.0));
+}
+
 TEST(WritingACamera, OfNaNsHappensOnce)
 {
     const UsdStageRefPtr stage = stageFrom("def Camera \"Cam\"\n{\n}\n");

@@ -25,8 +25,12 @@ getGfCameraFromCameraPath(const PXR_NS::TfWeakPtr<PXR_NS::UsdStage>& stage, cons
 /// Authors a camera onto the camera prim at a path, so that the prim's camera in world space is that camera.
 ///
 /// The prim's own camera is read first: when no number differs in any bit, nothing is authored. Two NaNs
-/// count as the same number. \param stage the stage; its edit target gets the opinions \param path of a
-/// UsdGeomCamera prim \param camera the camera in world space \param time time code; NaN is the default time
+/// count as the same number. Nor is anything authored when only the transforms differ, and by no more than
+/// the rounding on the way through the parent: that is all that a viewport which reads a camera, cleans it
+/// and writes it again would add, without end. \param stage the stage; its edit target gets the opinions
+/// \param path of a UsdGeomCamera prim
+/// \param camera the camera in world space
+/// \param time time code; NaN is the default time
 /// Throws: `Exception` with a code of the category of `UtilsError` and a detail text that names the path:
 /// `InvalidStage`; `InvalidCameraPrim`; `SingularParentTransform` when the transform of the prim's parent
 /// cannot be inverted; `AuthoringFailed` when the scene description refused an opinion or a stronger one
