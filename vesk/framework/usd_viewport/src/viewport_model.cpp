@@ -3,7 +3,6 @@
 #include "sizes.h"
 #include "viewport_tasks.h"
 
-#include <stdexcept>
 #include <vesk/base/event_bus.h>
 #include <vesk/base/logging.h>
 #include <vesk/base/sync_point.h>
@@ -50,7 +49,7 @@ ViewportModel::ViewportModel(const std::shared_ptr<UsdDocument>& document,
       m_renderSize{renderSize[0], renderSize[1]},
       m_devicePixelRatio(devicePixelRatio)
 {
-    if (!document) throw std::invalid_argument("a viewport needs a document; it was given none");
+    if (!document) throwError(ErrEnum::InvalidDocument);
     const GfVec2i physicalSize(physicalPixels(m_renderSize[0], devicePixelRatio),
                                physicalPixels(m_renderSize[1], devicePixelRatio));
     m_renderer = HydraRenderer::create(document->getEventBus().get(), document, hwContext, rendererId,

@@ -168,10 +168,16 @@ TEST_F(ConstructionTest, RegistersNoLogger)
     EXPECT_EQ(log.takeTexts().size(), 2u);
 }
 
-TEST_F(ConstructionTest, NeedsADocument)
+TEST_F(ConstructionTest, WithoutADocumentThrowsThatItIsInvalidAndLogsNothing)
 {
-    EXPECT_THROW(makeModel(nullptr), std::invalid_argument);
+    try {
+        makeModel(nullptr);
+        FAIL() << "nothing was thrown";
+    } catch (const vesk::base::error_handling::Exception& error) {
+        EXPECT_EQ(error.code(), vesk::base::error_handling::makeErrorCode(ErrEnum::InvalidDocument));
+    }
     EXPECT_EQ(renderer->alive, 1);
+    EXPECT_TRUE(log.takeTexts().empty());
 }
 
 TEST(ClassWideDefaults, KeepEveryFieldOfViewBitForBit)

@@ -114,10 +114,10 @@ public:
     /// \param devicePixelRatio physical pixels per logical pixel
     /// \param enableSceneMaterials, enableColorCorrection, enableAsyncRendering flags of the renderer
     /// \param progressCallback called by the renderer with samples done, fraction done and whether the frame
-    /// is
-    ///        converged; returning false cancels the frame
+    ///        is converged; returning false cancels the frame
     /// \param afterRenderCallback called by the renderer after an image with whether it is converged
-    /// Throws: `std::invalid_argument` for a null document; what the renderer's creation and the bus throw.
+    /// Throws: `Exception` InvalidDocument, without a log record, for a null document; what the renderer's
+    /// creation and the bus throw.
     ViewportModel(const std::shared_ptr<vesk::framework::usd_document::UsdDocument>& document,
                   const std::shared_ptr<vesk::framework::hydra_renderer::HWContext>& hwContext,
                   const std::string& rendererId,
