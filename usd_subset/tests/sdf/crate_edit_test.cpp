@@ -36,10 +36,10 @@ bool isCrate(const std::string& bytes) { return bytes.compare(0, 8, "PXR-USDC") 
 
 TEST(CrateEditing, ChangesOneSpecOfThoseThatShareTheirFields)
 {
-    CrateFile file("def \"A\" { float f = 1 }\ndef \"B\" { float f = 1 }\n");
+    CrateFile file("def \"A\" { float f = 1; }\ndef \"B\" { float f = 1; }\n");
     file.layer->SetField(SdfPath("/A.f"), SdfFieldKeys->Default, 2.0f);
     EXPECT_EQ(file.layer->GetField(SdfPath("/B.f"), SdfFieldKeys->Default), VtValue(1.0f));
-    EXPECT_EQ(file.TextOfSaved(), Text(Parse("def \"A\" { float f = 2 }\ndef \"B\" { float f = 1 }\n")));
+    EXPECT_EQ(file.TextOfSaved(), Text(Parse("def \"A\" { float f = 2; }\ndef \"B\" { float f = 1; }\n")));
 }
 
 TEST(CrateEditing, KeepsWhatWasNotTouched)
@@ -57,8 +57,8 @@ TEST(CrateEditing, KeepsWhatWasNotTouched)
 
 TEST(CrateEditing, SetsAndErasesSamples)
 {
-    CrateFile file("def \"A\" { double d.timeSamples = { 0: 1, 2: 3 } }\ndef \"B\" { double "
-                   "d.timeSamples = { 0: 1, 2: 3 } }\n");
+    CrateFile file("def \"A\" { double d.timeSamples = { 0: 1, 2: 3 }; }\ndef \"B\" { double "
+                   "d.timeSamples = { 0: 1, 2: 3 }; }\n");
     const SdfPath path("/A.d");
     file.layer->SetTimeSample(path, 1.0, 2.0);
     file.layer->SetTimeSample(path, 2.0, 4.0);
@@ -66,8 +66,8 @@ TEST(CrateEditing, SetsAndErasesSamples)
     EXPECT_EQ(file.layer->GetFieldAs<SdfTimeSampleMap>(path, SdfFieldKeys->TimeSamples),
               (SdfTimeSampleMap{{1.0, VtValue(2.0)}, {2.0, VtValue(4.0)}}));
     EXPECT_EQ(file.TextOfSaved(),
-              Text(Parse("def \"A\" { double d.timeSamples = { 1: 2, 2: 4 } }\ndef \"B\" { "
-                         "double d.timeSamples = { 0: 1, 2: 3 } }\n")));
+              Text(Parse("def \"A\" { double d.timeSamples = { 1: 2, 2: 4 }; }\ndef \"B\" { "
+                         "double d.timeSamples = { 0: 1, 2: 3 }; }\n")));
     file.layer->EraseTimeSample(path, 1.0);
     file.layer->EraseTimeSample(path, 2.0);
     EXPECT_FALSE(file.layer->HasField(path, SdfFieldKeys->TimeSamples));
@@ -75,7 +75,7 @@ TEST(CrateEditing, SetsAndErasesSamples)
 
 TEST(CrateEditing, AddsManySamplesInLinearTime)
 {
-    CrateFile file("def \"A\" { double d }\n");
+    CrateFile file("def \"A\" { double d; }\n");
     for (int i = 0; i < 20000; ++i) {
         file.layer->SetTimeSample(SdfPath("/A.d"), i, i * 0.5);
     }
@@ -84,19 +84,19 @@ TEST(CrateEditing, AddsManySamplesInLinearTime)
 
 TEST(CrateEditing, TargetsFollowTheirList)
 {
-    CrateFile file("def \"A\" { rel r = </B> }\ndef \"B\" {}\n");
+    CrateFile file("def \"A\" { rel r = </B>; }\ndef \"B\" {}\n");
     SdfRelationshipSpecHandle rel = file.layer->GetRelationshipAtPath(SdfPath("/A.r"));
     rel->GetTargetPathList().Add(SdfPath("/A"));
     EXPECT_TRUE(file.layer->HasSpec(SdfPath("/A.r[/A]")));
-    EXPECT_EQ(file.TextOfSaved(), Text(Parse("def \"A\" { rel r = [</B>, </A>] }\ndef \"B\" {}\n")));
+    EXPECT_EQ(file.TextOfSaved(), Text(Parse("def \"A\" { rel r = [</B>, </A>]; }\ndef \"B\" {}\n")));
 }
 
 TEST(CrateEditing, MovesAndRemovesSpecs)
 {
-    CrateFile file("def \"A\" { def \"B\" { float f = 1 } }\ndef \"C\" {}\n");
+    CrateFile file("def \"A\" { def \"B\" { float f = 1; }\n }\ndef \"C\" {}\n");
     file.layer->GetPrimAtPath(SdfPath("/A/B"))->SetName("D");
     file.layer->RemoveRootPrim(file.layer->GetPrimAtPath(SdfPath("/C")));
-    EXPECT_EQ(file.TextOfSaved(), Text(Parse("def \"A\" { def \"D\" { float f = 1 } }\n")));
+    EXPECT_EQ(file.TextOfSaved(), Text(Parse("def \"A\" { def \"D\" { float f = 1; }\n }\n")));
 }
 
 TEST(CrateEditing, TransferredContentIsACopy)

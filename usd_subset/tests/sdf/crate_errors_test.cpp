@@ -55,11 +55,11 @@ void expectOneErrorOrContent(const std::string& bytes, const std::string& what)
 std::vector<std::string> seeds()
 {
     return {
-        crateOf("def \"A\" { float f = 1 }\n"), crateOf(kEveryField),
+        crateOf("def \"A\" { float f = 1; }\n"), crateOf(kEveryField),
         crateOf(
             "def \"A\" { double[] d = [1, 2.5]\n int[] i = [1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, "
             "15, 16, 17]\n float[] t = [0.1, 0.1, 0.1, 0.1, 0.1, 0.1, 0.1, 0.1, 0.1, 0.1, 0.1, 0.1, 0.1, "
-            "0.1, 0.1, 0.1]\n string[] s = [\"a\", \"b\"] }\n"),
+            "0.1, 0.1, 0.1]\n string[] s = [\"a\", \"b\"]; }\n"),
         withValue(CrateBuilder::Rep(1, 1, false, true)).Build()};
 }
 
@@ -245,7 +245,7 @@ TEST(CrateErrors, ValuesThatMultiplyAreLimited)
 
 TEST(CrateErrors, PackedBlocksThatAreTooSmallAreRefusedBeforeTheyAreUnpacked)
 {
-    std::string sound = crateOf("def \"A\" { float f = 1 }\n");
+    std::string sound = crateOf("def \"A\" { float f = 1; }\n");
     // The number of field indices is the first of the section's numbers.
     uint64_t contents = 0;
     std::memcpy(&contents, &sound[16], sizeof contents);
@@ -259,7 +259,7 @@ TEST(CrateErrors, PackedBlocksThatAreTooSmallAreRefusedBeforeTheyAreUnpacked)
 
 TEST(CrateErrors, OneLoadHasABudgetOfMemory)
 {
-    const std::string bytes = crateOf("def \"A\" { float f = 1 }\n");
+    const std::string bytes = crateOf("def \"A\" { float f = 1; }\n");
     const std::shared_ptr<char> buffer(new char[bytes.size()], std::default_delete<char[]>());
     std::copy(bytes.begin(), bytes.end(), buffer.get());
     Sdf_CrateLimits limits;

@@ -129,9 +129,15 @@ def Xform "World" (
         rel one = </World/A>
     }
     variantSet "look" = {
-        "red" { def Sphere "Ball" { float radius = 2 } }
+        "red" {
+            def Sphere "Ball" { float radius = 2; }
+        }
         "blue" (kind = "group") {
-            variantSet "size" = { "big" { over "Ball" {} } }
+            variantSet "size" = {
+                "big" {
+                    over "Ball" {}
+                }
+            }
         }
     }
 }

@@ -67,7 +67,7 @@ TEST(Crate, KeepsSpecsAndFieldsOfEveryKind)
 TEST(Crate, KeepsZerosBelowZeroAndNaN)
 {
     const SdfLayerRefPtr layer =
-        Parse("def \"A\" { double zero = 1\n float[] f = []\n float3 v = (1, 0, 0) }\n");
+        Parse("def \"A\" { double zero = 1\n float[] f = []\n float3 v = (1, 0, 0); }\n");
     const float nan = std::numeric_limits<float>::quiet_NaN();
     layer->SetField(SdfPath("/A.zero"), SdfFieldKeys->Default, -0.0);
     layer->SetField(SdfPath("/A.v"), SdfFieldKeys->Default, GfVec3f(0, -0.0f, nan));
@@ -111,9 +111,9 @@ TEST(Crate, WritesTheSameBytesForTheSameContent)
 
 TEST(Crate, WritesTheOldestVersionThatCanHoldTheContent)
 {
-    EXPECT_EQ(versionOf(RoundTrip("def \"A\" { float f = 1 }\n").bytes), "0.8.0");
-    EXPECT_EQ(versionOf(RoundTrip("def \"A\" { timecode t = 1 }\n").bytes), "0.9.0");
-    EXPECT_EQ(versionOf(RoundTrip("(relocates = { </A/B> : </A/C> })\ndef \"A\" { def \"B\" {} }\n").bytes),
+    EXPECT_EQ(versionOf(RoundTrip("def \"A\" { float f = 1; }\n").bytes), "0.8.0");
+    EXPECT_EQ(versionOf(RoundTrip("def \"A\" { timecode t = 1; }\n").bytes), "0.9.0");
+    EXPECT_EQ(versionOf(RoundTrip("(relocates = { </A/B> : </A/C> })\ndef \"A\" { def \"B\" {}\n }\n").bytes),
               "0.11.0");
 }
 
@@ -124,15 +124,15 @@ TEST(Crate, WritesEqualValuesOnce)
         array += std::to_string(i * i % 977) + ".25, ";
     }
     array += "0.5]";
-    const size_t once = RoundTrip("def \"A\" { float[] a = " + array + " }\n").bytes.size();
+    const size_t once = RoundTrip("def \"A\" { float[] a = " + array + "; }\n").bytes.size();
     const size_t twice =
-        RoundTrip("def \"A\" { float[] a = " + array + "\n float[] b = " + array + " }\n").bytes.size();
+        RoundTrip("def \"A\" { float[] a = " + array + "\n float[] b = " + array + "; }\n").bytes.size();
     EXPECT_LT(twice, once + 200);
 }
 
 TEST(Crate, SharesLargeArraysWithTheFilesBuffer)
 {
-    const SdfLayerRefPtr layer = Parse("def \"A\" { point3f[] points = [] }\n");
+    const SdfLayerRefPtr layer = Parse("def \"A\" { point3f[] points = []; }\n");
     VtVec3fArray points(1000);
     for (int i = 0; i < 1000; ++i) {
         points[static_cast<size_t>(i)] = GfVec3f(static_cast<float>(i) * 0.1f, 0, 0);
@@ -190,7 +190,7 @@ TEST(Crate, HasSpecsOfTargetsAndConnections)
 
 TEST(Crate, RefusesWhatItCannotHoldAndWritesNothing)
 {
-    const SdfLayerRefPtr layer = Parse("def \"A\" { string s = \"x\" }\n");
+    const SdfLayerRefPtr layer = Parse("def \"A\" { string s = \"x\"; }\n");
     layer->SetField(SdfPath("/A.s"), SdfFieldKeys->Default, std::string("a\0b", 3));
     const TemporaryDirectory directory;
     Errors errors;

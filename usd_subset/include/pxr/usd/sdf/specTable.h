@@ -14,22 +14,27 @@
 
 PXR_NAMESPACE_OPEN_SCOPE
 
+/// What a spec is in memory: its path, its fields in the order in which they were set, and its type.
+struct Sdf_MemorySpec
+{
+    using Field = std::pair<TfToken, VtValue>;
+
+    SdfPath path;
+    std::vector<Field> fields;
+    SdfSpecType type = SdfSpecTypeUnknown;
+};
+
 /// Specs by path, for the hundreds of thousands that one layer may have: a look-up touches one slot of a flat
 /// table and the spec itself, and specs that were made one after the other lie side by side. The address of a
 /// spec does not change while it is in the table.
 ///
 /// Thread: reading from any number of threads while nobody writes.
-class Sdf_SpecTable
+template <class SpecType>
+class Sdf_SpecTableOf
 {
 public:
-    using Field = std::pair<TfToken, VtValue>;
-
-    struct Spec
-    {
-        SdfPath path;
-        std::vector<Field> fields;
-        SdfSpecType type = SdfSpecTypeUnknown;
-    };
+    /// Has a member `path`.
+    using Spec = SpecType;
 
     /// The spec of a path; null when there is none.
     const Spec* Find(const SdfPath& path) const
@@ -63,6 +68,14 @@ public:
         _Place({_Mix(path), place});
         ++_size;
         return spec;
+    }
+
+    /// Makes room for that many specs.
+    void Reserve(std::size_t count)
+    {
+        while (2 * count > _slots.size()) {
+            _Grow();
+        }
     }
 
     bool Erase(const SdfPath& path)
@@ -161,6 +174,12 @@ private:
     std::vector<std::uint32_t> _free; // places of erased specs
     std::uint32_t _count = 0;         // places that were ever taken
     std::size_t _size = 0;
+};
+
+class Sdf_SpecTable : public Sdf_SpecTableOf<Sdf_MemorySpec>
+{
+public:
+    using Field = Sdf_MemorySpec::Field;
 };
 
 PXR_NAMESPACE_CLOSE_SCOPE

@@ -38,11 +38,7 @@ Sdf_CrateData::~Sdf_CrateData() = default;
 
 bool Sdf_CrateData::StreamsData() const { return true; }
 
-const Sdf_CrateData::_Spec* Sdf_CrateData::_FindSpec(const SdfPath& path) const
-{
-    const auto it = _specs.find(path);
-    return it == _specs.end() ? nullptr : &it->second;
-}
+const Sdf_CrateData::_Spec* Sdf_CrateData::_FindSpec(const SdfPath& path) const { return _specs.Find(path); }
 
 const VtValue* Sdf_CrateData::_FindField(const _Spec& spec, const TfToken& fieldName)
 {
@@ -83,7 +79,7 @@ VtValue Sdf_CrateData::_DecodeField(const TfToken& fieldName, const VtValue& sto
 void Sdf_CrateData::CreateSpec(const SdfPath& path, SdfSpecType specType)
 {
     if (specType != SdfSpecTypeUnknown && !path.IsTargetPath()) {
-        _specs[path].type = specType;
+        _specs.FindOrAdd(path).type = specType;
     }
 }
 
@@ -92,14 +88,15 @@ bool Sdf_CrateData::HasSpec(const SdfPath& path) const
     return path.IsTargetPath() ? _HasTarget(path) : _FindSpec(path) != nullptr;
 }
 
-void Sdf_CrateData::EraseSpec(const SdfPath& path) { _specs.erase(path); }
+void Sdf_CrateData::EraseSpec(const SdfPath& path) { _specs.Erase(path); }
 
 void Sdf_CrateData::MoveSpec(const SdfPath& oldPath, const SdfPath& newPath)
 {
-    auto node = _specs.extract(oldPath);
-    if (!node.empty()) {
-        node.key() = newPath;
-        _specs.insert(std::move(node));
+    if (_Spec* spec = _specs.Find(oldPath)) {
+        _Spec moved = std::move(*spec);
+        _specs.Erase(oldPath);
+        moved.path = newPath;
+        _specs.FindOrAdd(newPath) = std::move(moved);
     }
 }
 
@@ -246,20 +243,20 @@ bool Sdf_CrateData::_HasTargetChildren(const SdfPath& path, const _Spec& spec, c
 
 void Sdf_CrateData::_VisitSpecs(SdfAbstractDataSpecVisitor* visitor) const
 {
-    for (const auto& entry : _specs) {
-        if (!visitor->VisitSpec(*this, entry.first)) {
-            return;
+    _specs.ForEach([this, visitor](const _Spec& spec) {
+        if (!visitor->VisitSpec(*this, spec.path)) {
+            return false;
         }
-        const SdfSpecType type = entry.second.type;
-        if (type != SdfSpecTypeAttribute && type != SdfSpecTypeRelationship) {
-            continue;
+        if (spec.type != SdfSpecTypeAttribute && spec.type != SdfSpecTypeRelationship) {
+            return true;
         }
-        for (const SdfPath& target : _Targets(entry.first, entry.second, false)) {
-            if (!target.IsEmpty() && !visitor->VisitSpec(*this, entry.first.AppendTarget(target))) {
-                return;
+        for (const SdfPath& target : _Targets(spec.path, spec, false)) {
+            if (!target.IsEmpty() && !visitor->VisitSpec(*this, spec.path.AppendTarget(target))) {
+                return false;
             }
         }
-    }
+        return true;
+    });
 }
 
 VtValue Sdf_CrateData::_InitialValue(const Sdf_CrateFile::Field& field)
@@ -294,11 +291,13 @@ void Sdf_CrateData::_Populate(const Sdf_CrateFile::Tables& tables)
         }
         fields[begin] = std::move(list);
     }
-    _specs.reserve(tables.specs.size());
+    _specs.Reserve(tables.specs.size());
     for (const Sdf_CrateFile::Spec& spec : tables.specs) {
         const SdfPath& path = _file->GetPaths()[spec.path];
         if (!path.IsTargetPath()) {
-            _specs[path] = {fields[spec.fieldSet], spec.type};
+            _Spec& added = _specs.FindOrAdd(path);
+            added.fields = fields[spec.fieldSet];
+            added.type = spec.type;
         }
     }
 }
@@ -319,7 +318,7 @@ bool Sdf_CrateData::Open(const std::string& name, const std::shared_ptr<ArAsset>
     } catch (const std::exception&) {
         *error = "there is not enough memory to read it";
     }
-    _specs.clear();
+    _specs = Sdf_SpecTableOf<_Spec>();
     _file.reset();
     return false;
 }

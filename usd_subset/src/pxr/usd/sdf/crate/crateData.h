@@ -6,9 +6,9 @@
 
 #include <pxr/pxr.h>
 #include <pxr/usd/sdf/abstractData.h>
+#include <pxr/usd/sdf/specTable.h>
 
 #include <memory>
-#include <unordered_map>
 #include <utility>
 #include <vector>
 
@@ -85,6 +85,7 @@ private:
     typedef std::vector<_Field> _Fields;
     struct _Spec
     {
+        SdfPath path;
         std::shared_ptr<_Fields> fields; // null where there are none
         SdfSpecType type = SdfSpecTypeUnknown;
     };
@@ -111,7 +112,7 @@ private:
     void _EditSamples(VtValue* field, const Edit& edit);
     std::vector<VtValue> _SampleValues(const Sdf_CrateSamples& samples) const;
 
-    std::unordered_map<SdfPath, _Spec, SdfPath::Hash> _specs;
+    Sdf_SpecTableOf<_Spec> _specs;
     std::shared_ptr<Sdf_CrateFile> _file; // null where the content was never in a file
 };
 

@@ -38,11 +38,11 @@ std::pair<size_t, bool> findTime(const std::vector<double>& times, double time)
 
 Sdf_CrateData::_Fields* Sdf_CrateData::_Edit(const SdfPath& path)
 {
-    const auto it = _specs.find(path);
-    if (it == _specs.end()) {
+    _Spec* spec = _specs.Find(path);
+    if (!spec) {
         return nullptr;
     }
-    std::shared_ptr<_Fields>& fields = it->second.fields;
+    std::shared_ptr<_Fields>& fields = spec->fields;
     if (!fields || fields.use_count() != 1) {
         fields = fields ? std::make_shared<_Fields>(*fields) : std::make_shared<_Fields>();
     }
@@ -138,15 +138,16 @@ std::set<double> Sdf_CrateData::ListAllTimeSamples() const
 {
     std::set<double> all;
     std::set<const std::vector<double>*> seen;
-    for (const auto& spec : _specs) {
-        const VtValue* field = _FindField(spec.second, SdfFieldKeys->TimeSamples);
+    _specs.ForEach([&](const _Spec& spec) {
+        const VtValue* field = _FindField(spec, SdfFieldKeys->TimeSamples);
         if (field && field->IsHolding<Sdf_CrateSamples>()) {
             const Sdf_CrateTimes& times = field->UncheckedGet<Sdf_CrateSamples>().times;
             if (seen.insert(times.get()).second) {
                 all.insert(times->begin(), times->end());
             }
         }
-    }
+        return true;
+    });
     return all;
 }
 

@@ -6,9 +6,11 @@
 #include <pxr/pxr.h>
 #include <pxr/usd/ar/asset.h>
 
+#include <atomic>
 #include <cstdint>
 #include <cstring>
 #include <memory>
+#include <mutex>
 #include <stdexcept>
 #include <string>
 #include <type_traits>
@@ -42,34 +44,62 @@ private:
     uint64_t _left;
 };
 
-/// The bytes of one file. A file up to the given size is read once into one buffer, which arrays share and
-/// keep alive; of a larger one each part is read when it is asked for, through the file that stays open.
-/// Thread: any.
+/// The bytes of one file. A file up to the given size has one buffer, into which each byte is read once and
+/// which arrays share and keep alive: a small file at once, a larger one piece by piece, when something in it
+/// is asked for, so that opening it costs no more than its tables. Of a still larger file each part is read
+/// whenever it is asked for. Thread: any.
 class Sdf_CrateSource
 {
 public:
     /// Throws Sdf_CrateError where the file cannot be read.
     Sdf_CrateSource(const std::shared_ptr<ArAsset>& asset, uint64_t maxBufferSize);
+    ~Sdf_CrateSource();
+    Sdf_CrateSource(const Sdf_CrateSource&) = delete;
+    Sdf_CrateSource& operator=(const Sdf_CrateSource&) = delete;
 
     uint64_t GetSize() const { return _size; }
-    /// Returns all bytes, or null where they are read part by part.
-    const char* GetData() const { return _buffer.cdata(); }
-    /// Copies bytes; the range must be inside the file. Throws Sdf_CrateError where the file became shorter.
+    /// Returns the buffer, in which only those bytes are valid that Fill() was called for; null where there
+    /// is none.
+    const char* GetData() const { return _data; }
+    /// Reads bytes into the buffer; the range must be inside the file. Throws Sdf_CrateError where the file
+    /// changed or became shorter since it was opened.
+    void Fill(uint64_t offset, uint64_t count) const
+    {
+        if (!_isWhole && count > 0) {
+            _FillPieces(offset / kPieceSize, (offset + count - 1) / kPieceSize);
+        }
+    }
+    /// Copies bytes; the range must be inside the file. Throws as Fill().
     void Copy(void* to, uint64_t offset, size_t count) const;
 
-    /// Returns an array of elements that lie at `offset` of the buffer.
+    /// Returns an array of elements that lie at `offset` of the buffer. Throws as Fill().
     template <class T>
     VtArray<T> Share(uint64_t offset, size_t count) const
     {
+        Fill(offset, count * sizeof(T));
         const char* bytes = GetData() + offset;
         return VtArray<T>(_foreign, reinterpret_cast<T*>(const_cast<char*>(bytes)), count);
     }
 
 private:
-    std::shared_ptr<ArAsset> _asset;
+    static constexpr uint64_t kPieceSize = 64 * 1024;
+    static constexpr uint64_t kSmallFile = 1024 * 1024;
+
+    void _MakeBuffer();
+    void _FillPieces(uint64_t first, uint64_t last) const;
+    void _ReadPieces(uint64_t first, uint64_t last) const;
+    bool _MayStayOpen();
+
+    std::shared_ptr<ArAsset> _asset; // where bytes are still to be read
     uint64_t _size;
+    bool _isWhole = true; // else the pieces tell
+    bool _staysOpen = false;
     Vt_ArrayForeignDataSource* _foreign = nullptr;
     VtArray<char> _buffer; // keeps the foreign source alive
+    char* _data = nullptr;
+    int64_t _changeTime = 0; // of the file, in ns
+    mutable std::unique_ptr<std::atomic<bool>[]> _filled;
+    mutable std::mutex _mutex;
 };
 
 /// Reads a part of a file from front to back; nothing outside the part is ever read.
@@ -109,13 +139,7 @@ public:
     void CopyTo(void* to, size_t count)
     {
         Need(count);
-        if (const char* data = _source->GetData()) {
-            if (count > 0) {
-                std::memcpy(to, data + _at, count);
-            }
-        } else {
-            _source->Copy(to, _at, count);
-        }
+        _source->Copy(to, _at, count);
         _at += count;
     }
     /// Returns the next bytes in one piece; they stay valid until the next call.
