@@ -85,6 +85,14 @@ public:
         _byTypeid.emplace(type, info);
     }
 
+    /// Whether the type derives from the other, itself included. The caller holds the mutex.
+    static bool DerivesUnlocked(Info const* info, Info const* other)
+    {
+        return info == other || std::any_of(info->bases.begin(), info->bases.end(), [other](TfType base) {
+                   return DerivesUnlocked(base._info, other);
+               });
+    }
+
     mutable std::shared_mutex mutex;
     Info* const root;
 
@@ -281,8 +289,8 @@ bool TfType::IsA(TfType queryType) const
     if (*this == queryType || queryType.IsRoot()) {
         return true;
     }
-    const std::vector<TfType> bases = GetBaseTypes();
-    return std::any_of(bases.begin(), bases.end(), [&](TfType base) { return base.IsA(queryType); });
+    const SharedLock lock(Tf_TypeRegistry::GetInstance().mutex);
+    return Tf_TypeRegistry::DerivesUnlocked(_info, queryType._info);
 }
 
 bool TfType::IsEnumType() const { return _info && _info->isEnum; }

@@ -13,8 +13,18 @@ namespace {
 
 constexpr char kDelimiter = ':';
 
+/// Letters, digits and the underscore: what nearly all names are made of.
+bool IsPlain(char c)
+{
+    return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') || c == '_';
+}
+
 bool IsIdentifier(std::string_view name)
 {
+    if (!name.empty() && !(name.front() >= '0' && name.front() <= '9') &&
+        std::all_of(name.begin(), name.end(), IsPlain)) {
+        return true;
+    }
     const char* at = name.data();
     const char* end = at + name.size();
     if (at == end) {
