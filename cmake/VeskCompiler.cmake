@@ -38,4 +38,8 @@ function(vesk_compile_settings TARGET)
         target_compile_options(${TARGET} PRIVATE ${flags})
         target_link_options(${TARGET} PRIVATE ${flags})
     endif()
+    if(VESK_BUILD_FUZZERS)
+        # Lets fuzzers see which code an input reaches. Types of classes that stay inside a library cannot be checked.
+        target_compile_options(${TARGET} PRIVATE -fsanitize=fuzzer-no-link -fno-sanitize=vptr,function)
+    endif()
 endfunction()

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "../on_lines.h"
+
 #include <pxr/base/tf/error.h>
 #include <pxr/base/tf/errorMark.h>
 #include <pxr/usd/sdf/layer.h>
@@ -69,11 +71,12 @@ public:
     std::string path;
 };
 
-/// Reads the body of a layer, to which the first line is added; null where that fails.
+/// Reads the body of a layer, to which the first line and the line ends that braces want are added; null
+/// where that fails.
 inline SdfLayerRefPtr Parse(const std::string& body)
 {
     const SdfLayerRefPtr layer = SdfLayer::CreateAnonymous("test.usda");
-    return layer->ImportFromString("#usda 1.0\n" + body) ? layer : SdfLayerRefPtr();
+    return layer->ImportFromString("#usda 1.0\n" + onLines(body)) ? layer : SdfLayerRefPtr();
 }
 
 /// Returns the errors of reading a text; empty where it can be read.

@@ -275,9 +275,9 @@ void Sdf_TextParser::_ParseUnknownMetadatum(const TfToken& key, const _Spec& spe
     } else if (_s.AcceptKeyword("None")) {
         spec.fields.Set(key, SdfUnregisteredValue(std::string("None")));
     } else if (_s.AtPath()) {
-        // A path is not kept here, as OpenUSD does not either.
-        _Path("a value", nullptr);
-        spec.fields.Set(key, SdfUnregisteredValue(std::string()));
+        std::string text;
+        _Path("a value", &text);
+        spec.fields.Set(key, SdfUnregisteredValue(text));
     } else {
         spec.fields.Set(key, SdfUnregisteredValue(Sdf_RecordTextValue(_s)));
     }

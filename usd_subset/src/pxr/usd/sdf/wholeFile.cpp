@@ -2,6 +2,8 @@
 
 #include "pxr/usd/sdf/safeOutput.h"
 
+#include <pxr/base/tf/error.h>
+#include <pxr/base/tf/errorMark.h>
 #include <pxr/usd/ar/asset.h>
 #include <pxr/usd/ar/packageUtils.h>
 #include <pxr/usd/ar/resolver.h>
@@ -47,9 +49,13 @@ std::string reasonOf(int error) { return std::strerror(error); }
 // Reads a file that lies in a package.
 bool readPackaged(const std::string& path, std::string* bytes, std::string* whyNot)
 {
+    // Where the resolver says why, that is the reason, and not an error of its own.
+    TfErrorMark mark;
     const std::shared_ptr<ArAsset> asset = ArGetResolver().OpenAsset(ArResolvedPath(path));
     if (!asset) {
-        return fail(whyNot, "there is no such file in the package that could be read");
+        const std::string why = mark.IsClean() ? std::string() : mark.begin()->GetCommentary();
+        mark.Clear();
+        return fail(whyNot, why.empty() ? "there is no such file in the package that could be read" : why);
     }
     try {
         bytes->resize(asset->GetSize());

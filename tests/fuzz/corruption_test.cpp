@@ -1,0 +1,137 @@
+#include "targets.h"
+
+#include <pxr/usd/sdf/layer.h>
+#include <pxr/usd/usd/zipFile.h>
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <string>
+#include <vector>
+
+PXR_NAMESPACE_USING_DIRECTIVE
+
+namespace {
+
+std::string readFile(const std::filesystem::path& path)
+{
+    std::ifstream file(path, std::ios::binary);
+    return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+}
+
+std::vector<std::filesystem::path> seedPaths()
+{
+    std::vector<std::filesystem::path> paths;
+    for (const auto& entry : std::filesystem::directory_iterator(VESK_FUZZ_SEEDS)) {
+        paths.push_back(entry.path());
+    }
+    std::sort(paths.begin(), paths.end());
+    return paths;
+}
+
+std::vector<std::string> textSeeds()
+{
+    std::vector<std::string> seeds;
+    for (const auto& path : seedPaths()) {
+        seeds.push_back(readFile(path));
+    }
+    return seeds;
+}
+
+// Runs every prefix, and every byte with its lowest bit, its highest bit and all of its bits turned; of each
+// kind every `step`th.
+void corrupt(const std::string& seed, void (*run)(std::string_view), size_t step)
+{
+    run(seed);
+    for (size_t length = 0; length < seed.size(); length += step) {
+        run(std::string_view(seed).substr(0, length));
+    }
+    size_t turn = 0;
+    for (size_t at = 0; at < seed.size(); ++at) {
+        for (const unsigned char bits : {0x01, 0x80, 0xFF}) {
+            if (turn++ % step == 0) {
+                std::string changed = seed;
+                changed[at] = static_cast<char>(static_cast<unsigned char>(changed[at]) ^ bits);
+                run(changed);
+            }
+        }
+    }
+}
+
+// Every tenth, a number that shares no factor with three flips a byte.
+constexpr size_t kSample = 10;
+
+std::vector<std::string> packageSeeds()
+{
+    const std::filesystem::path folder = std::filesystem::path(testing::TempDir());
+    std::vector<std::string> packages;
+    for (const size_t members : {1u, 3u}) {
+        const std::string path = (folder / ("seed" + std::to_string(members) + ".usdz")).string();
+        UsdZipFileWriter writer = UsdZipFileWriter::CreateNew(path);
+        for (size_t i = 0; i < members; ++i) {
+            writer.AddFile(seedPaths()[i].string(), "m" + std::to_string(i) + ".usda");
+        }
+        EXPECT_TRUE(writer.Save());
+        packages.push_back(readFile(path));
+        std::filesystem::remove(path);
+    }
+    return packages;
+}
+
+// Four of the text seeds as our own writer puts them into crate files.
+std::vector<std::string> crateSeeds()
+{
+    std::vector<std::string> crates;
+    for (const char* name : {"attr", "layer", "prim", "time"}) {
+        const SdfLayerRefPtr layer =
+            SdfLayer::OpenAsAnonymous((std::filesystem::path(VESK_FUZZ_SEEDS) / name).string() + ".usda");
+        const std::string path = testing::TempDir() + "/seed_" + name + ".usdc";
+        EXPECT_TRUE(layer && layer->Export(path));
+        crates.push_back(readFile(path));
+        std::filesystem::remove(path);
+    }
+    return crates;
+}
+
+} // namespace
+
+TEST(Corruption, AnywhereInTextEndsInOneErrorOrALayer)
+{
+    ASSERT_EQ(textSeeds().size(), 6u);
+    for (const std::string& seed : textSeeds()) {
+        corrupt(seed, &vesk::fuzz::readTextLayer, 1);
+    }
+}
+
+TEST(Corruption, SampledInPackagesEndsInOneErrorOrALayer)
+{
+    ASSERT_EQ(packageSeeds().size(), 2u);
+    for (const std::string& seed : packageSeeds()) {
+        corrupt(seed, &vesk::fuzz::readPackage, kSample);
+    }
+}
+
+TEST(Corruption, DISABLED_AnywhereInPackagesEndsInOneErrorOrALayer)
+{
+    for (const std::string& seed : packageSeeds()) {
+        corrupt(seed, &vesk::fuzz::readPackage, 1);
+    }
+}
+
+TEST(Corruption, SampledInCrateFilesEndsInOneErrorOrALayer)
+{
+    for (const std::string& seed : crateSeeds()) {
+        ASSERT_LE(seed.size(), 8192u);
+        corrupt(seed, &vesk::fuzz::readCrateFile, kSample);
+    }
+}
+
+TEST(Corruption, DISABLED_AnywhereInCrateFilesEndsInOneErrorOrALayer)
+{
+    for (const std::string& seed : crateSeeds()) {
+        corrupt(seed, &vesk::fuzz::readCrateFile, 1);
+    }
+}
