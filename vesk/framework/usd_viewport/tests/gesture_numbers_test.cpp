@@ -134,6 +134,19 @@ const Row kRows[] = {
       {0x1.eb851eb851eb8p-1, 0x1.13404ea4a8c15p-2, -0x1.41205bc01a36ep-4},
       {0x1.831735c28f5c2p+4, 0x1.ffc14d6a161e4p+1, 0x1.c40924b5dcc64p+2}},
      {0x1.4f47aep+4f, 0x1.e94e3cp+3f, 0x1.36ccccp+6f, 0x1.ebafa6p+4f, 0x1.666666p+3f}},
+    {"rack focus to a long lens",
+     [](ViewportModel& model) {
+         GfCamera camera = model.getGfCamera();
+         setRackFocus(camera, 188.0f);
+         model.setGfCamera(camera, "");
+     },
+     false,
+     false,
+     {{-0x1.1eb851eb851ecp-2, 0x1.d7dbf487fcb92p-1, -0x1.13404ea4a8c15p-2},
+      {0x0p+0, 0x1.1eb851eb851ecp-2, 0x1.eb851eb851eb8p-1},
+      {0x1.eb851eb851eb8p-1, 0x1.13404ea4a8c15p-2, -0x1.41205bc01a36ep-4},
+      {0x1.02ae066666666p+5, 0x1.91c75a1cac083p+2, 0x1.997b30624dd3p+2}},
+     {0x1.4f47aep+4f, 0x1.e94e3cp+3f, 0x1.77fffep+7f, 0x1.39b102p+5f, 0x1.666666p+3f}},
     {"adjust",
      [](ViewportModel& model) { model.setGfCamera(model.adjustGfCamera(model.getGfCamera()), ""); },
      false,

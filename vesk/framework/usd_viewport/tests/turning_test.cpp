@@ -74,15 +74,14 @@ TEST_F(NavigationTest, OrbitTurnsEachAxisAsRodriguesFormulaDoes)
     }
 }
 
-TEST_F(NavigationTest, OrbitRoundsItsAnglesToFloat)
+TEST_F(NavigationTest, OrbitRoundsItsAnglesToFloatAtEachStep)
 {
-    setRenderSize(3, 7);
-    const float yaw = -(1.0f / 3.0f) * 360.0f;
-    const float pitch = -(1.0f / 7.0f) * 360.0f;
-    model->orbitCamera(1, 1, "label");
+    // 1/7 and 5/9 of a turn: rounded only once, the angles would be the next smaller floats.
+    setRenderSize(7, 9);
+    model->orbitCamera(1, 5, "label");
     const GfMatrix4d byMotion = model->getGfCamera().GetTransform();
     place(GfVec3d(0, 0, 10), 10.0f);
-    model->orbitCameraUsingDeltaAngles(yaw, pitch, "label");
+    model->orbitCameraUsingDeltaAngles(-51.42857360839844f, -200.00001525878906f, "label");
     EXPECT_EQ(model->getGfCamera().GetTransform(), byMotion);
 }
 
