@@ -110,6 +110,30 @@ TEST_P(EveryRenderer, TakesEverySetterFromATaskOfTheDocumentItself)
     EXPECT_NO_THROW(frame.get());
 }
 
+TEST_P(EveryRenderer, TakesItsCallsFromSeveralThreadsAtOnce)
+{
+    ContractSession session(GetParam(), kSphereScene, 16, 8);
+    std::vector<base::Future<HydraRenderJobResult>> frames(3);
+    std::vector<std::thread> threads;
+    for (std::size_t index = 0; index < frames.size(); ++index)
+        threads.emplace_back([&session, &frame = frames[index], index] {
+            frame = session.renderer->renderFrame({});
+            for (int round = 0; round < 20; ++round) {
+                if (index == 0) callEverySetter(*session.renderer);
+                if (index == 1) session.renderer->setCamera(makeOrthographicCamera(4.0 + round, 2.0, 10.0));
+                if (index == 2) session.renderer->setCamera(SdfPath("/Nowhere"));
+                session.renderer->singlePointPicking(1.0f, 1.0f, 0.0f).detach();
+            }
+        });
+    for (std::thread& thread : threads)
+        thread.join();
+    for (const auto& frame : frames)
+        frame.wait();
+    session.renderer->setCamera(makeOrthographicCamera(4.0, 2.0, 10.0));
+    session.renderer->setRenderSize(16, 8);
+    EXPECT_NO_THROW(session.renderer->renderFrame({}).get());
+}
+
 TEST_P(EveryRenderer, OutlivesItsDocument)
 {
     ContractSession session(GetParam(), kSphereScene, 16, 8);

@@ -45,7 +45,10 @@ class HWContext;
 /// "broken promise" when the renderer is destroyed first. Coordinates and sizes are in physical pixels with
 /// (0, 0) at the top left corner; colours are linear unless an operation says otherwise.
 ///
-/// Thread: setters and requests come from any thread, one at a time; futures end on the renderer's threads.
+/// Thread: any, for every setter and request, also several at the same moment: the viewport's owner, the
+/// document's task thread and the default pool each set the camera. A setter takes effect as a whole; of two
+/// at once either may be the last. The owner destroys the renderer when no call is under way. Futures end on
+/// the renderer's threads.
 class VESK_FRAMEWORK_HYDRA_RENDERER_EXPORT HydraRenderer
 {
 public:
