@@ -9,8 +9,10 @@
 #include <pxr/usd/sdf/relationshipSpec.h>
 #include <pxr/usd/sdf/schema.h>
 
+#include <atomic>
 #include <cmath>
 #include <limits>
+#include <thread>
 
 using namespace sdf_tests;
 
@@ -151,6 +153,85 @@ TEST(Crate, SharesLargeArraysWithTheFilesBuffer)
     VtVec3fArray changed = first;
     changed[0] = GfVec3f(7, 7, 7);
     EXPECT_EQ(first, points);
+}
+
+namespace {
+
+// A file of more than 1 MiB: 64 arrays of 8,192 numbers, the i-th of which counts from i.
+std::string writeLargeFile(const TemporaryDirectory& directory)
+{
+    const SdfLayerRefPtr layer = SdfLayer::CreateAnonymous("large.usda");
+    const SdfPrimSpecHandle prim = SdfPrimSpec::New(layer, "A", SdfSpecifierDef);
+    for (int i = 0; i < 64; ++i) {
+        const SdfAttributeSpecHandle attribute =
+            SdfAttributeSpec::New(prim, "a" + std::to_string(i), SdfValueTypeNames->FloatArray);
+        VtFloatArray numbers(8192);
+        for (size_t k = 0; k < numbers.size(); ++k) {
+            numbers[k] = static_cast<float>(i) + static_cast<float>(k) * 0.25f;
+        }
+        attribute->SetDefaultValue(VtValue(numbers));
+    }
+    EXPECT_TRUE(layer->Export(directory.File("large.usdc")));
+    EXPECT_GT(std::filesystem::file_size(directory.File("large.usdc")), 1024u * 1024u);
+    return directory.File("large.usdc");
+}
+
+VtFloatArray readArray(const SdfLayerRefPtr& layer, int i)
+{
+    return layer->GetFieldAs<VtFloatArray>(SdfPath("/A.a" + std::to_string(i)), SdfFieldKeys->Default);
+}
+
+} // namespace
+
+TEST(Crate, LargeFilesAreReadByManyThreadsAtOnce)
+{
+    const TemporaryDirectory directory;
+    const SdfLayerRefPtr layer = SdfLayer::FindOrOpen(writeLargeFile(directory));
+    ASSERT_TRUE(layer);
+    std::atomic<int> right{0};
+    std::vector<std::thread> threads;
+    for (int t = 0; t < 4; ++t) {
+        threads.emplace_back([&, t] {
+            for (int n = 0; n < 64; ++n) {
+                const int i = t % 2 == 0 ? n : 63 - n;
+                const VtFloatArray numbers = readArray(layer, i);
+                right += numbers.size() == 8192 && numbers.cfront() == static_cast<float>(i) &&
+                                 numbers.cback() == static_cast<float>(i) + 2047.75f
+                             ? 1
+                             : 0;
+            }
+        });
+    }
+    for (std::thread& thread : threads) {
+        thread.join();
+    }
+    EXPECT_EQ(right, 4 * 64);
+}
+
+TEST(Crate, AFileThatShrinksAfterItWasOpenedIsOneErrorAndKeepsWhatWasRead)
+{
+    const TemporaryDirectory directory;
+    const std::string file = writeLargeFile(directory);
+    const SdfLayerRefPtr layer = SdfLayer::FindOrOpen(file);
+    const VtFloatArray before = readArray(layer, 0);
+    std::filesystem::resize_file(file, 100);
+    Errors errors;
+    EXPECT_TRUE(readArray(layer, 40).empty());
+    EXPECT_TRUE(readArray(layer, 40).empty());
+    const std::vector<std::string> texts = errors.Take();
+    ASSERT_EQ(texts.size(), 1u);
+    EXPECT_EQ(texts[0].find("Cannot read layer @" + file + "@: the crate file is damaged: file, byte "), 0u);
+    EXPECT_NE(texts[0].find(": the file changed after it was opened; reload it"), std::string::npos);
+    EXPECT_EQ(before.cback(), 2047.75f);
+}
+
+TEST(Crate, AFileThatIsReplacedAfterItWasOpenedKeepsItsContent)
+{
+    const TemporaryDirectory directory;
+    const std::string file = writeLargeFile(directory);
+    const SdfLayerRefPtr layer = SdfLayer::FindOrOpen(file);
+    ASSERT_TRUE(Parse("def \"B\" {}\n")->Export(file));
+    EXPECT_EQ(readArray(layer, 63).cback(), 63.0f + 2047.75f);
 }
 
 TEST(Crate, DecodesSamplesOneByOne)
