@@ -16,6 +16,12 @@ bool isTargetChildren(const TfToken& fieldName)
            fieldName == SdfChildrenKeys->RelationshipTargetChildren;
 }
 
+bool isListOfNames(const TfToken& fieldName)
+{
+    return fieldName == SdfChildrenKeys->PrimChildren || fieldName == SdfChildrenKeys->PropertyChildren ||
+           fieldName == SdfChildrenKeys->VariantChildren || fieldName == SdfChildrenKeys->VariantSetChildren;
+}
+
 // Early files hold one payload where later ones hold a list op; one without an asset said "none".
 VtValue toPayloadListOp(const VtValue& value)
 {
@@ -261,6 +267,17 @@ void Sdf_CrateData::_VisitSpecs(SdfAbstractDataSpecVisitor* visitor) const
 
 VtValue Sdf_CrateData::_InitialValue(const Sdf_CrateFile::Field& field)
 {
+    const TfToken& name = _file->GetToken(field.name);
+    if (isListOfNames(name) && field.rep.GetType() != Sdf_CrateType::TokenVector) {
+        throw Sdf_CrateError("field \"" + name.GetString() + "\"", field.rep.GetPayload(),
+                             "a list of names is expected");
+    }
+    if (Sdf_CrateFile::GetTypeid(field.rep) == typeid(void) &&
+        field.rep.GetType() != Sdf_CrateType::TimeSamples) {
+        TF_WARN("The field \"%s\" in @%s@ is left out: values of type %d cannot be read", name.GetText(),
+                _file->GetName().c_str(), static_cast<int>(field.rep.GetType()));
+        return VtValue();
+    }
     // What lies in the reference itself, lists of children, and where samples lie are wanted soon.
     if (field.rep.GetType() == Sdf_CrateType::TimeSamples) {
         const Sdf_CrateFileSamples samples = _file->ReadSamples(field.rep);
@@ -287,6 +304,9 @@ void Sdf_CrateData::_Populate(const Sdf_CrateFile::Tables& tables)
         auto list = std::make_shared<_Fields>();
         list->reserve(end - begin);
         for (size_t i = begin; i < end; ++i) {
+            if (values[sets[i]].IsEmpty()) {
+                continue;
+            }
             list->emplace_back(_file->GetToken(tables.fields[sets[i]].name), values[sets[i]]);
         }
         fields[begin] = std::move(list);
