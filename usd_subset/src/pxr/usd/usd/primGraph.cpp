@@ -51,10 +51,14 @@ void Usd_PrimGraph::_Visit(int node, std::vector<int>* order, std::vector<int>* 
     order->push_back(node);
     std::vector<int> children = (*this)[node].children;
     std::stable_sort(children.begin(), children.end(), [this](int a, int b) { return _IsStronger(a, b); });
+    // What a class specializes where it is referenced is stronger than what it does in its own layers.
     for (const int child : children) {
         if ((*this)[child].node.arc == Usd_ArcType::Specialize) {
             specialized->push_back(child);
-        } else {
+        }
+    }
+    for (const int child : children) {
+        if ((*this)[child].node.arc != Usd_ArcType::Specialize) {
             _Visit(child, order, specialized);
         }
     }

@@ -29,6 +29,9 @@ int Usd_PrimIndexBuilder::_Graft(const Usd_PrimIndex& index, const TfToken& chil
 {
     const int first = _graph.GetSize();
     const Usd_PrimIndexNodes& nodes = index.GetNodes();
+    // A class brings in no place a second time; nodes that are left out have no place.
+    const bool skipsDuplicates = parent >= 0 && Usd_IsClassArc(top.arc);
+    std::vector<int> places(nodes.size(), -1);
     auto site = index.GetSites().begin();
     for (size_t i = 0; i != nodes.size(); ++i) {
         Usd_GraphNode grafted;
@@ -39,7 +42,7 @@ int Usd_PrimIndexBuilder::_Graft(const Usd_PrimIndex& index, const TfToken& chil
             grafted.node.layerStack = layerStack;
             grafted.node.parent = parent;
         } else if (i > 0) {
-            grafted.node.parent += first;
+            grafted.node.parent = places[static_cast<size_t>(nodes[i].parent)];
             if (parent >= 0) {
                 grafted.node.depth = top.depth - 1; // came with a prim above the one that the arc leads to
             }
@@ -53,7 +56,13 @@ int Usd_PrimIndexBuilder::_Graft(const Usd_PrimIndex& index, const TfToken& chil
                 grafted.specs.push_back(nodes[i].layerStack->FindEntry(site->layer));
             }
         }
+        const bool isBelowNothing = i > 0 && grafted.node.parent < 0;
+        if (isBelowNothing || (i > 0 && skipsDuplicates && !grafted.specs.empty() &&
+                               _graph.HasSite(grafted.node.layerStack, grafted.path))) {
+            continue;
+        }
         const int added = _graph.Add(std::move(grafted));
+        places[i] = added;
         if (!_graph[added].specs.empty()) {
             _open.push_back(added);
         }
