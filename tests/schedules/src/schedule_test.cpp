@@ -112,19 +112,23 @@ TEST(EveryScheduleDeathTest, NamesTheOrderOfADeadlock)
 {
     GTEST_FLAG_SET(death_test_style, "threadsafe");
     const auto deadlock = [] {
-        everySchedule({"first"}, [](Schedule& schedule) {
-            std::mutex a, b;
-            const auto lockBoth = [&](std::mutex& first, std::mutex& second) {
-                VESK_SYNC_LOCK("lock", first);
-                const std::lock_guard one(first);
-                schedule.step("first");
-                VESK_SYNC_LOCK("lock", second);
-                const std::lock_guard two(second);
-            };
-            schedule.run({[&] { lockBoth(a, b); }, [&] { lockBoth(b, a); }});
+        everySchedule({}, [](Schedule& schedule) {
+            bool first = false, second = false;
+            const std::function<bool()> firstIsSet = [&] { return first; };
+            const std::function<bool()> secondIsSet = [&] { return second; };
+            schedule.run({[&] {
+                              vesk::base::detail::awaitAtSyncPoint("wait for the second", secondIsSet);
+                              first = true;
+                          },
+                          [&] {
+                              vesk::base::detail::awaitAtSyncPoint("wait for the first", firstIsSet);
+                              second = true;
+                          }});
         });
     };
-    EXPECT_DEATH(deadlock(), "no thread can go on, in the order: 0 begin, 1 begin, 1 first");
+    EXPECT_DEATH(deadlock(), "no thread can go on, in the order: 0 begin, 1 begin\n"
+                             "thread 0 stands at wait for the second\n"
+                             "thread 1 stands at wait for the first");
 }
 
 } // namespace
