@@ -31,6 +31,9 @@ void declare(Program& program)
     addInfoVerb(program);
     addBoundsVerb(program);
     addShotVerb(program);
+    addTurntableVerb(program);
+    addSheetVerb(program);
+    addPickVerb(program);
     addTourVerb(program);
     addReplayVerb(program);
 }

@@ -27,6 +27,9 @@ int run(int argc, const char* const* argv, std::ostream& out, std::ostream& err)
 void addInfoVerb(Program& program);
 void addBoundsVerb(Program& program);
 void addShotVerb(Program& program);
+void addTurntableVerb(Program& program);
+void addSheetVerb(Program& program);
+void addPickVerb(Program& program);
 void addTourVerb(Program& program);
 void addReplayVerb(Program& program);
 

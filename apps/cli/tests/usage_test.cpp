@@ -34,7 +34,9 @@ TEST_P(HelpOfVerb, ShowsAnExample)
     EXPECT_THAT(result.out, HasSubstr(std::string("vesk ") + GetParam() + " scene.usda"));
 }
 
-INSTANTIATE_TEST_SUITE_P(Verbs, HelpOfVerb, ::testing::Values("info", "bounds", "shot", "tour", "replay"));
+INSTANTIATE_TEST_SUITE_P(Verbs, HelpOfVerb,
+                         ::testing::Values("info", "bounds", "shot", "turntable", "sheet", "pick", "tour",
+                                           "replay"));
 
 struct WrongUsage
 {

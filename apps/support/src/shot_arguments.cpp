@@ -65,21 +65,23 @@ const std::vector<std::string>& viewNames()
     return names;
 }
 
-void addCameraOptions(CLI::App& verb, CameraArguments& arguments)
+std::array<float, 2> parsePoint(const std::string& text)
+{
+    std::array<float, 2> point{};
+    const std::size_t comma = text.find(',');
+    const bool good = comma != std::string::npos && readNumber(text.substr(0, comma), point[0]) &&
+                      readNumber(text.substr(comma + 1), point[1]) && std::isfinite(point[0]) &&
+                      std::isfinite(point[1]);
+    if (!good) throw UsageError("--at '" + text + "' is not of the form X,Y, for example 640.5,360.5");
+    return point;
+}
+
+void addFramingOptions(CLI::App& verb, CameraArguments& arguments, const std::string& sizeHelp)
 {
     const char* const group = "Camera";
     verb.add_option_function<std::string>(
-            "--size", [&arguments](const std::string& text) { arguments.size = parseSize(text); },
-            "Picture size in logical pixels (default 1280x720)")
+            "--size", [&arguments](const std::string& text) { arguments.size = parseSize(text); }, sizeHelp)
         ->type_name("WxH")
-        ->group(group);
-    verb.add_option("--view", arguments.view, "Direction to look from")
-        ->check(CLI::IsMember(viewNames()))
-        ->type_name("NAME")
-        ->capture_default_str()
-        ->group(group);
-    verb.add_option("--camera", arguments.camera, "Look through this camera of the stage instead")
-        ->type_name("/PATH")
         ->group(group);
     verb.add_option("--projection", arguments.projection, "perspective or orthographic")
         ->check(CLI::IsMember({"perspective", "orthographic"}))
@@ -98,6 +100,20 @@ void addCameraOptions(CLI::App& verb, CameraArguments& arguments)
         ->check(CLI::PositiveNumber)
         ->type_name("R")
         ->capture_default_str()
+        ->group(group);
+}
+
+void addCameraOptions(CLI::App& verb, CameraArguments& arguments)
+{
+    const char* const group = "Camera";
+    addFramingOptions(verb, arguments, "Picture size in logical pixels (default 1280x720)");
+    verb.add_option("--view", arguments.view, "Direction to look from")
+        ->check(CLI::IsMember(viewNames()))
+        ->type_name("NAME")
+        ->capture_default_str()
+        ->group(group);
+    verb.add_option("--camera", arguments.camera, "Look through this camera of the stage instead")
+        ->type_name("/PATH")
         ->group(group);
 }
 

@@ -6,6 +6,7 @@
 #include <pxr/base/tf/token.h>
 
 #include <vesk/base/thread_pool.h>
+#include <vesk/framework/hydra_renderer/aov_capture_request.h>
 #include <vesk/framework/hydra_renderer/renderer_registry.h>
 
 #include <algorithm>
@@ -120,6 +121,37 @@ void ViewportSession::capture(const std::filesystem::path& file, const std::stri
     Interruption::check();
     try {
         m_model->captureHydraFrame(file, TfToken(aov), transparent, clearColor, samples).get();
+    } catch (const std::exception& error) {
+        Interruption::check();
+        throw JobError(oneLine(error.what()));
+    }
+}
+
+void ViewportSession::captureAll(const std::vector<Output>& outputs, bool transparent,
+                                 std::optional<GfVec4f> clearColor, int samples)
+{
+    Interruption::check();
+    std::vector<framework::hydra_renderer::AovCaptureRequest> requests;
+    for (const Output& output : outputs) {
+        framework::hydra_renderer::AovCaptureRequest request;
+        request.path = output.file;
+        request.aov = TfToken(output.aov);
+        request.clearColor = clearColor;
+        request.samples = samples;
+        requests.push_back(std::move(request));
+    }
+    try {
+        m_model->captureHydraFrames(requests, transparent).get();
+    } catch (const std::exception& error) {
+        Interruption::check();
+        throw JobError(oneLine(error.what()));
+    }
+}
+
+framework::hydra_renderer::PickingResult ViewportSession::pick(const std::array<float, 2>& at, float radius)
+{
+    try {
+        return m_model->singlePointPicking(at[0], at[1], radius).get();
     } catch (const std::exception& error) {
         Interruption::check();
         throw JobError(oneLine(error.what()));

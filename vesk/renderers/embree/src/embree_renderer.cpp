@@ -29,7 +29,10 @@ DrawMode drawModeOf(const TfToken& token)
     if (token == "points") return DrawMode::Points;
     if (token == "wireframe") return DrawMode::Wireframe;
     if (token == "wireframeOnSurface") return DrawMode::WireframeOnSurface;
-    if (token == "shadedFlat" || token == "geomFlat") return DrawMode::ShadedFlat;
+    if (token == "shadedFlat") return DrawMode::ShadedFlat;
+    if (token == "geomOnly") return DrawMode::GeomOnly;
+    if (token == "geomFlat") return DrawMode::GeomFlat;
+    if (token == "geomSmooth") return DrawMode::GeomSmooth;
     return DrawMode::ShadedSmooth;
 }
 
@@ -40,6 +43,7 @@ DebugMode debugModeOf(const TfToken& token)
     if (token == "primId") return DebugMode::PrimId;
     if (token == "elementId") return DebugMode::ElementId;
     if (token == "instanceId") return DebugMode::InstanceId;
+    if (token == "cost") return DebugMode::Cost;
     return DebugMode::None;
 }
 

@@ -15,6 +15,7 @@ struct FilmPixel
 {
     Vec3 color;
     float alpha = 0.0f;
+    float cost = 0.0f; ///< rays that were traced
 };
 
 /// What lies at the centre of one pixel.
@@ -59,6 +60,9 @@ public:
     bool hasGeometry() const { return !m_geometry.empty(); }
     GeometryPixel& geometry(std::size_t i) { return m_geometry[i]; }
     const GeometryPixel& geometry(std::size_t i) const { return m_geometry[i]; }
+
+    /// Forgets the colours.
+    void clearColors() { m_pixels.assign(m_pixels.size(), FilmPixel()); }
 
     /// Samples per pixel in the sums.
     int samples = 0;

@@ -5,6 +5,7 @@
 #include <vesk/base/error_handling.h>
 
 #include <algorithm>
+#include <atomic>
 #include <unordered_map>
 
 PXR_NAMESPACE_USING_DIRECTIVE
@@ -13,7 +14,18 @@ namespace vesk::renderers::embree {
 namespace {
 
 constexpr int kTileSize = 16;
-constexpr int kLargestPass = 4; // samples per pixel
+constexpr int kLargestPass = 4;              // samples per pixel
+constexpr std::int64_t kFastPixels = 60'000; // that a first image takes at most
+
+// The width of the blocks of a first image: a power of two, so that tiles hold whole blocks.
+int blockOf(const GfVec2i& size)
+{
+    const std::int64_t pixels = static_cast<std::int64_t>(size[0]) * size[1];
+    int block = 1;
+    while (block < kTileSize && pixels / (static_cast<std::int64_t>(block) * block) > kFastPixels)
+        block *= 2;
+    return block;
+}
 
 std::vector<Tile> tilesOf(const FrameSettings& settings)
 {
@@ -100,6 +112,7 @@ void FrameJob::start()
 void FrameJob::restart()
 {
     m_samplesDone = 0;
+    m_hasImage = false;
     m_restarting = true;
 }
 
@@ -113,6 +126,7 @@ void FrameJob::_prepare(const PulledScene& pulled)
         m_copy.settings.debugMode != DebugMode::None) {
         m_film.addGeometry();
     }
+    m_block = _mayBeginCoarse() ? blockOf(m_copy.settings.size) : 1;
     _postPass();
 }
 
@@ -132,12 +146,23 @@ int FrameJob::_nextPassSamples() const
 void FrameJob::_runPass()
 {
     if (m_core->isClosed()) return;
-    const int last = m_samplesDone + _nextPassSamples();
-    _trace(m_samplesDone, last);
+    bool goesOn = true;
+    if (m_block > 1) {
+        _traceCoarse();
+        goesOn = !m_core->isClosed() && _afterPass();
+        m_film.clearColors();
+    } else {
+        const int last = m_samplesDone + _nextPassSamples();
+        const bool isWhole = _trace(m_samplesDone, last, 1);
+        if (m_core->isClosed()) return;
+        if (isWhole) {
+            m_samplesDone = last;
+            m_film.samples = last;
+        }
+        goesOn = isWhole ? _afterPass() : _giveUpPass();
+    }
     if (m_core->isClosed()) return;
-    m_samplesDone = last;
-    m_film.samples = last;
-    if (_afterPass()) {
+    if (goesOn) {
         _postPass();
     } else if (m_restarting) {
         m_restarting = false;
@@ -145,14 +170,46 @@ void FrameJob::_runPass()
     }
 }
 
-void FrameJob::_trace(int first, int last)
+// One sample for each block of pixels: an image that comes fast and is replaced by the first whole one.
+void FrameJob::_traceCoarse()
 {
+    _trace(0, 1, m_block);
+    m_film.samples = 1;
+    m_block = 1;
+}
+
+// Returns false where the pass was left because nobody wants it any more: the film is of no use then.
+bool FrameJob::_trace(int first, int last, int block)
+{
+    std::atomic<bool> isLeft{false};
+    const auto isOver = [&] {
+        if (m_core->isClosed() || isLeft) return true;
+        // Whoever moves a camera without rest sees at least one image of each frame.
+        if (m_hasImage && _isOutdated()) isLeft = true;
+        return isLeft.load();
+    };
     base::parallelFor(m_tiles.size(), 4, [&](std::size_t from, std::size_t to) {
-        for (std::size_t i = from; i < to && !m_core->isClosed(); ++i) {
-            traceColor(*m_view, m_film, m_tiles[i], first, last);
-            if (first == 0 && m_film.hasGeometry()) traceGeometry(*m_view, m_film, m_tiles[i]);
+        for (std::size_t i = from; i < to && !isOver(); ++i) {
+            traceColor(*m_view, m_film, m_tiles[i], first, last, block);
+            if (first == 0 && m_film.hasGeometry()) traceGeometry(*m_view, m_film, m_tiles[i], block);
         }
     });
+    return !isLeft;
+}
+
+// A pass was left: the frame begins again or ends as it would after an image.
+bool FrameJob::_giveUpPass()
+{
+    if (_goesOn()) {
+        // What made the pass useless is over already: it is traced once more from the beginning.
+        m_samplesDone = 0;
+        m_film.clearColors();
+        return true;
+    }
+    if (m_restarting) return false;
+    _finish(false);
+    m_core->frameEnded(this);
+    return false;
 }
 
 // Returns whether another pass follows.
@@ -163,6 +220,7 @@ bool FrameJob::_afterPass()
     const float fraction = static_cast<float>(m_samplesDone) / static_cast<float>(wanted);
     if (!m_core->callbacks.progress(m_samplesDone, fraction, converged)) m_cancelled = true;
     if (m_core->isClosed()) return false;
+    m_hasImage = true;
     const bool goesOn = !m_cancelled && _onImage(converged);
     if (m_restarting || (goesOn && !converged)) return !m_restarting;
     if (m_cancelled) {

@@ -32,6 +32,15 @@ protected:
     /// Whether what lies at the pixels' centres is wanted besides the colour.
     virtual bool _wantsGeometry(const FrameSettings& settings) const = 0;
 
+    /// Whether the first image may be coarse, so that it comes fast.
+    virtual bool _mayBeginCoarse() const { return false; }
+
+    /// Whether what is being traced is not wanted any more; asked from any thread.
+    virtual bool _isOutdated() const { return false; }
+
+    /// Whether the frame is refined further; it may be asked to begin again.
+    virtual bool _goesOn() { return true; }
+
     /// An image is there; false ends the frame.
     virtual bool _onImage(bool converged) = 0;
 
@@ -45,6 +54,7 @@ protected:
 
     /// The film with outlines and debug pictures drawn.
     Film finishedFilm() const;
+    /// Samples per pixel of the newest image; 0 for a coarse one.
     int samplesDone() const { return m_samplesDone; }
 
     /// Begins again with the newest settings.
@@ -55,8 +65,10 @@ private:
     void _postPass();
     void _runPass();
     int _nextPassSamples() const;
-    void _trace(int first, int last);
+    void _traceCoarse();
+    bool _trace(int first, int last, int block);
     bool _afterPass();
+    bool _giveUpPass();
     std::vector<std::uint8_t> _marks() const;
     void _end(std::exception_ptr error);
     template <class F>
@@ -68,6 +80,8 @@ private:
     Film m_film;
     std::vector<Tile> m_tiles;
     int m_samplesDone = 0;
+    int m_block = 1; ///< of the image before the first sample, 1 for none
+    bool m_hasImage = false;
     bool m_cancelled = false;
     bool m_restarting = false;
 };
@@ -88,6 +102,9 @@ public:
 protected:
     RendererState::Copy _settings() override;
     bool _wantsGeometry(const FrameSettings& settings) const override;
+    bool _mayBeginCoarse() const override;
+    bool _isOutdated() const override;
+    bool _goesOn() override;
     bool _onImage(bool converged) override;
     void _finish(bool converged) override;
     void _fail(std::exception_ptr error) override;

@@ -1,22 +1,59 @@
 #include "frame_lights.h"
 
+#include <pxr/usd/sdf/assetPath.h>
+
 PXR_NAMESPACE_USING_DIRECTIVE
 
 namespace vesk::renderers::embree {
 namespace {
 
 constexpr float kPi = 3.14159265f;
-constexpr float kFar = 1e30f;
+constexpr float kGroundBrightness = 0.55f;
 
 Vec3 rgb(const GfVec4f& c) { return {c[0], c[1], c[2]}; }
+
+// A dome stands on +y; where the stage's up is z it is laid over.
+Mat3 toRigDome(const GfMatrix4d& transform, bool zUp)
+{
+    Mat3 upright;
+    if (zUp) {
+        upright.row1 = Vec3(0, 0, -1);
+        upright.row2 = Vec3(0, 1, 0);
+    }
+    const Mat3 back = Mat3::of(transform.GetTranspose());
+    Mat3 both;
+    both.row0 = back.apply(upright.row0);
+    both.row1 = back.apply(upright.row1);
+    both.row2 = back.apply(upright.row2);
+    return both;
+}
+
+void addRigDome(FrameLights& out, const GlfSimpleLight& light, bool zUp)
+{
+    const SdfAssetPath& file = light.GetDomeLightTextureFile();
+    const std::string& path = file.GetResolvedPath().empty() ? file.GetAssetPath() : file.GetResolvedPath();
+    if (!path.empty()) {
+        static TextureStore textures; // every frame asks again: the image stays while one is drawn
+        static std::mutex mutex;
+        static std::shared_ptr<const Texture> latest;
+        std::shared_ptr<const Texture> texture = textures.at(path);
+        {
+            const std::lock_guard lock(mutex);
+            latest = texture;
+        }
+        Dome dome(Vec3(1.0f), std::move(texture), toRigDome(light.GetTransform(), zUp));
+        if (dome.isTextured()) {
+            out.domes.push_back(std::move(dome));
+            return;
+        }
+    }
+    out.dome += rgb(light.GetDiffuse());
+    out.gradedDome = true;
+}
 
 void addRigLight(FrameLights& out, const GlfSimpleLight& light, const CameraRays& camera,
                  const GfVec3d& origin)
 {
-    if (light.IsDomeLight()) {
-        out.dome += rgb(light.GetDiffuse());
-        return;
-    }
     out.ambient += rgb(light.GetAmbient());
     const GfVec4f p = light.GetPosition();
     const Vec3 v(p[0], p[1], p[2]);
@@ -24,114 +61,94 @@ void addRigLight(FrameLights& out, const GlfSimpleLight& light, const CameraRays
     const Vec3 turned = cameraSpace ? camera.right() * v.x + camera.up() * v.y + camera.backward() * v.z : v;
     FrameLight added;
     added.shadows = light.HasShadow();
+    added.color = rgb(light.GetDiffuse());
     if (p[3] == 0.0f) {
         added.toLight = normalized(turned);
-        added.color = rgb(light.GetDiffuse());
         added.spread = 0.05f;
     } else {
         // Positional lights of this classic model do not fade: only their direction matters.
         added.toLight = normalized(cameraSpace ? turned + camera.at(0.0f, 0.0f).origin
                                                : Vec3(GfVec3d(v.x, v.y, v.z) - origin));
-        added.color = rgb(light.GetDiffuse());
     }
     out.lights.push_back(added);
 }
 
-FrameLight makeDistant(const StageLight& light)
+void setDistant(FrameLight& added, const StageLight& light)
 {
-    FrameLight added;
     const float half = 0.5f * light.angleDegrees * kPi / 180.0f;
     const float solidAngle = 2.0f * kPi * (1.0f - std::cos(half));
-    added.toLight = normalized(Mat3::of(light.localToWorld).apply(Vec3(0.0f, 0.0f, 1.0f)));
     added.spread = std::tan(std::min(half, 1.5f));
     added.color = light.color * ((light.normalize ? 1.0f : std::max(solidAngle, 1e-9f)) / kPi);
-    return added;
 }
 
-FrameLight makeSphere(const StageLight& light, const Mat3& toWorld, Vec3 center)
+// Sets the shape of a light and returns the area that it shines from.
+float setShape(FrameLight& added, const StageLight& light, const Mat3& m)
 {
-    FrameLight added;
-    added.kind = FrameLight::Kind::Sphere;
-    added.center = center;
-    added.radius = light.radius * length(toWorld.row0);
-    const float area = 4.0f * kPi * added.radius * added.radius;
-    added.color = light.normalize && area > 0.0f ? light.color * (1.0f / area) : light.color;
-    return added;
+    switch (light.kind) {
+    case StageLightKind::Disk:
+        added.edgeX = m.row0 * light.radius;
+        added.edgeY = m.row1 * light.radius;
+        return kPi * length(cross(added.edgeX, added.edgeY));
+    case StageLightKind::Rectangle:
+        added.edgeX = m.row0 * (0.5f * light.width);
+        added.edgeY = m.row1 * (0.5f * light.height);
+        return 4.0f * length(cross(added.edgeX, added.edgeY));
+    case StageLightKind::Cylinder:
+        added.edgeX = m.row0 * (0.5f * light.length);
+        added.edgeY = m.row1 * light.radius;
+        added.radius = light.radius * 0.5f * (length(m.row1) + length(m.row2));
+        return 4.0f * kPi * added.radius * length(added.edgeX);
+    default:
+        added.radius = light.radius * length(m.row0);
+        return 4.0f * kPi * added.radius * added.radius;
+    }
 }
 
-FrameLight makeRectangle(const StageLight& light, const Mat3& toWorld, Vec3 center)
+void setShaping(FrameLight& added, const StageLight& light)
 {
-    FrameLight added;
-    added.kind = FrameLight::Kind::Rectangle;
-    added.center = center;
-    added.edgeX = toWorld.row0 * (0.5f * light.width);
-    added.edgeY = toWorld.row1 * (0.5f * light.height);
-    const float area = 4.0f * length(cross(added.edgeX, added.edgeY));
-    added.color = light.normalize && area > 0.0f ? light.color * (1.0f / area) : light.color;
-    return added;
+    added.focus = light.focus;
+    if (light.coneDegrees >= 90.0f && light.coneSoftness <= 0.0f) return;
+    const float outer = std::clamp(light.coneDegrees, 0.0f, 180.0f) * kPi / 180.0f;
+    added.coneCosine = std::cos(outer);
+    added.innerCosine = std::cos(outer * (1.0f - std::clamp(light.coneSoftness, 0.0f, 1.0f)));
 }
 
 void addStageLight(FrameLights& out, const StageLight& light, const GfVec3d& origin)
 {
     if (light.kind == StageLightKind::Dome) {
-        out.dome += light.color;
+        Mat3 rotation = Mat3::of(light.localToWorld.GetOrthonormalized(false).GetTranspose());
+        Dome dome(light.color, light.texture, rotation);
+        if (dome.isTextured()) {
+            out.domes.push_back(std::move(dome));
+        } else {
+            out.dome += light.color;
+        }
         return;
     }
-    const Mat3 toWorld = Mat3::of(light.localToWorld);
-    const Vec3 center(light.localToWorld.ExtractTranslation() - origin);
-    FrameLight added = light.kind == StageLightKind::Distant ? makeDistant(light)
-                       : light.kind == StageLightKind::Point ? makeSphere(light, toWorld, center)
-                                                             : makeRectangle(light, toWorld, center);
+    const Mat3 m = Mat3::of(light.localToWorld);
+    FrameLight added;
+    added.kind = light.kind;
+    added.center = Vec3(light.localToWorld.ExtractTranslation() - origin);
+    added.toLight = normalized(m.row2);
+    added.diffuse = light.diffuse;
+    added.specular = light.specular;
     added.shadows = light.castsShadows;
+    if (light.kind == StageLightKind::Rectangle) added.texture = light.texture;
+    if (light.kind == StageLightKind::Distant) {
+        setDistant(added, light);
+    } else {
+        const float area = setShape(added, light, m);
+        setShaping(added, light);
+        added.color = light.normalize && area > 0.0f ? light.color * (1.0f / area) : light.color;
+        added.isPoint = light.kind == StageLightKind::Sphere && (light.treatAsPoint || area <= 0.0f);
+        // A point has no area: its power is what a sphere of area 1 would have.
+        if (added.isPoint) {
+            added.color = light.color * (light.normalize || area <= 0.0f ? 1.0f / (4.0f * kPi)
+                                                                         : added.radius * added.radius);
+            added.radius = 0.0f;
+        }
+    }
     if (isFinite(added.color) && isFinite(added.center)) out.lights.push_back(added);
-}
-
-LightSample sampleDistant(const FrameLight& light, Sample2 s)
-{
-    LightSample result;
-    Vec3 t;
-    Vec3 b;
-    basisAround(light.toLight, t, b);
-    const float r = light.spread * std::sqrt(s.x);
-    const float phi = 2.0f * kPi * s.y;
-    result.direction = normalized(light.toLight + t * (r * std::cos(phi)) + b * (r * std::sin(phi)));
-    result.distance = kFar;
-    result.irradiance = light.color;
-    return result;
-}
-
-// A sphere looks like a disk that faces the point.
-LightSample sampleSphere(const FrameLight& light, Vec3 point, Sample2 s)
-{
-    LightSample result;
-    const Vec3 to = light.center - point;
-    const float d = std::max(length(to), 1e-12f);
-    const Vec3 axis = to * (1.0f / d);
-    Vec3 t;
-    Vec3 b;
-    basisAround(axis, t, b);
-    const float r = light.radius * std::sqrt(s.x);
-    const float phi = 2.0f * kPi * s.y;
-    const Vec3 place = to + t * (r * std::cos(phi)) + b * (r * std::sin(phi));
-    result.direction = normalized(place, axis);
-    result.distance = std::max(length(place) - light.radius * 1.01f, 0.0f);
-    result.irradiance = light.color * std::min(light.radius * light.radius / (d * d), 1.0f);
-    return result;
-}
-
-LightSample sampleRectangle(const FrameLight& light, Vec3 point, Sample2 s)
-{
-    LightSample result;
-    const Vec3 place =
-        light.center + light.edgeX * (2.0f * s.x - 1.0f) + light.edgeY * (2.0f * s.y - 1.0f) - point;
-    const float d2 = std::max(dot(place, place), 1e-12f);
-    result.distance = std::sqrt(d2) * 0.999f;
-    result.direction = normalized(place);
-    // It shines along its own -z.
-    const Vec3 across = cross(light.edgeX, light.edgeY);
-    const float facing = std::max(dot(normalized(across), result.direction), 0.0f);
-    result.irradiance = light.color * (4.0f * length(across) * facing / (d2 * kPi));
-    return result;
 }
 
 } // namespace
@@ -144,7 +161,11 @@ FrameLights FrameLights::gather(const vesk::usd::hydra_renderer::LightingInfo& i
     if (scene.zUp) out.up = Vec3(0.0f, 0.0f, 1.0f);
     out.ambient = rgb(info.sceneAmbient);
     for (const GlfSimpleLight& light : info.lights) {
-        addRigLight(out, light, camera, sceneOrigin);
+        if (light.IsDomeLight()) {
+            addRigDome(out, light, scene.zUp);
+        } else {
+            addRigLight(out, light, camera, sceneOrigin);
+        }
     }
     if (!info.sceneLightsEnabled) return out;
     for (const StageLight& light : scene.lights) {
@@ -153,16 +174,13 @@ FrameLights FrameLights::gather(const vesk::usd::hydra_renderer::LightingInfo& i
     return out;
 }
 
-LightSample sampleLight(const FrameLight& light, Vec3 point, Sample2 s)
+Vec3 FrameLights::surroundings(Vec3 direction) const
 {
-    switch (light.kind) {
-    case FrameLight::Kind::Sphere:
-        return sampleSphere(light, point, s);
-    case FrameLight::Kind::Rectangle:
-        return sampleRectangle(light, point, s);
-    default:
-        return sampleDistant(light, s);
-    }
+    const float height = 0.5f + 0.5f * dot(direction, up);
+    Vec3 sum = dome * (gradedDome ? kGroundBrightness + (1.0f - kGroundBrightness) * height : 1.0f);
+    for (const Dome& textured : domes)
+        sum += textured.radiance(direction);
+    return sum;
 }
 
 } // namespace vesk::renderers::embree

@@ -21,7 +21,10 @@ enum class DrawMode : std::uint8_t
     ShadedFlat,
     Wireframe,
     WireframeOnSurface,
-    Points
+    Points,
+    GeomOnly,  ///< no scene materials, no display colours
+    GeomFlat,  ///< no scene materials
+    GeomSmooth ///< no scene materials
 };
 
 enum class DebugMode : std::uint8_t
@@ -31,7 +34,8 @@ enum class DebugMode : std::uint8_t
     Normal,
     PrimId,
     ElementId,
-    InstanceId
+    InstanceId,
+    Cost ///< how many rays a pixel took
 };
 
 /// Everything that the picture of one frame depends on besides the scene: a value, copied from the setters'

@@ -4,8 +4,11 @@
 
 #include <pxr/usd/sdf/path.h>
 
+#include <algorithm>
 #include <map>
 #include <memory>
+#include <string>
+#include <vector>
 
 namespace vesk::renderers::embree {
 
@@ -20,15 +23,21 @@ public:
         std::shared_ptr<const Geometry> geometry; ///< null where there is nothing to draw
         bool mayVary = false;                     ///< whether it holds for `time` alone
         double time = 0.0;
+        std::vector<std::string> primvars; ///< the names that were read with it, sorted
     };
 
-    /// The entry of a prim that holds at a time, null where it has to be read.
-    const Entry* find(const PXR_NS::SdfPath& path, double time) const
+    /// The entry of a prim that holds at a time and has some primvars, null where it has to be read.
+    const Entry* find(const PXR_NS::SdfPath& path, double time,
+                      const std::vector<std::string>& primvars) const
     {
         const auto at = m_entries.find(path);
         if (at == m_entries.end()) return nullptr;
         const Entry& entry = at->second;
-        return !entry.mayVary || entry.time == time ? &entry : nullptr;
+        const bool holds = !entry.mayVary || entry.time == time;
+        return holds && std::includes(entry.primvars.begin(), entry.primvars.end(), primvars.begin(),
+                                      primvars.end())
+                   ? &entry
+                   : nullptr;
     }
 
     void store(const PXR_NS::SdfPath& path, Entry entry) { m_entries[path] = std::move(entry); }

@@ -45,6 +45,32 @@ bool isFaceSubset(const UsdPrim& prim)
     return prim.GetTypeName() == type;
 }
 
+std::vector<std::string> primvarsOf(const MaterialSet& set)
+{
+    std::set<std::string> names;
+    const auto add = [&names](const std::shared_ptr<const Material>& material) {
+        if (material) names.insert(material->primvars.begin(), material->primvars.end());
+    };
+    add(set.whole);
+    for (const auto& material : set.subsets)
+        add(material);
+    return {names.begin(), names.end()};
+}
+
+template <class Subsets>
+std::shared_ptr<const std::vector<std::uint16_t>> facesOf(const Subsets& subsets, std::size_t faceCount)
+{
+    if (subsets.empty()) return nullptr;
+    auto faces = std::make_shared<std::vector<std::uint16_t>>(faceCount, std::uint16_t(0));
+    for (const auto& subset : subsets) {
+        for (const int face : subset.faces) {
+            if (face >= 0 && static_cast<std::size_t>(face) < faceCount)
+                (*faces)[static_cast<std::size_t>(face)] = subset.material;
+        }
+    }
+    return faces;
+}
+
 } // namespace
 
 std::optional<SceneItem> ItemReader::read(const UsdPrim& prim, const InheritedState& state, bool inPrototype)
@@ -53,45 +79,44 @@ std::optional<SceneItem> ItemReader::read(const UsdPrim& prim, const InheritedSt
     if (kind == Other) return std::nullopt;
     SceneItem item;
     item.path = prim.GetPath();
-    item.geometry = _geometryOf(prim, kind, inPrototype);
-    if (!item.geometry) return std::nullopt;
+    std::vector<FaceSubset> subsets;
     if (m_request.sceneMaterials) {
         item.materials.whole = _materialAt(materialOf(prim, state));
-        if (kind == Mesh) _readSubsets(prim, state, item);
+        if (kind == Mesh) subsets = _readSubsets(prim, state, item.materials);
     }
+    item.geometry = _geometryOf(prim, kind, inPrototype, primvarsOf(item.materials));
+    if (!item.geometry) return std::nullopt;
+    item.materials.faceSubset = facesOf(subsets, item.geometry->faceCount);
     item.displayColor = state.color;
     if (state.opacity) item.displayOpacity = *state.opacity;
     return item;
 }
 
-void ItemReader::_readSubsets(const UsdPrim& prim, const InheritedState& state, SceneItem& item)
+std::vector<ItemReader::FaceSubset> ItemReader::_readSubsets(const UsdPrim& prim, const InheritedState& state,
+                                                             MaterialSet& set)
 {
-    std::shared_ptr<std::vector<std::uint16_t>> faces;
+    std::vector<FaceSubset> subsets;
     for (const UsdPrim& child : prim.GetFilteredChildren(UsdTraverseInstanceProxies())) {
         if (!isFaceSubset(child)) continue;
         InheritedState own = state;
         applyMaterialBinding(child, own);
         const SdfPath path = materialOf(child, own);
-        if (path == state.material || item.materials.subsets.size() >= 65535) continue;
+        if (path == state.material || set.subsets.size() >= 65535) continue;
         if (readAttribute(child, "elementType", m_time, TfToken("face")) != "face") continue;
-        const VtIntArray indices = readAttribute(child, "indices", m_time, VtIntArray());
-        item.materials.subsets.push_back(_materialAt(path));
-        const auto number = static_cast<std::uint16_t>(item.materials.subsets.size());
-        if (!faces)
-            faces = std::make_shared<std::vector<std::uint16_t>>(item.geometry->faceCount, std::uint16_t(0));
-        for (const int index : indices) {
-            if (index >= 0 && static_cast<std::size_t>(index) < faces->size())
-                (*faces)[static_cast<std::size_t>(index)] = number;
-        }
+        set.subsets.push_back(_materialAt(path));
+        subsets.push_back({readAttribute(child, "indices", m_time, VtIntArray()),
+                           static_cast<std::uint16_t>(set.subsets.size())});
     }
-    item.materials.faceSubset = std::move(faces);
+    return subsets;
 }
 
-std::shared_ptr<const Geometry> ItemReader::_geometryOf(const UsdPrim& prim, int kind, bool inPrototype)
+std::shared_ptr<const Geometry> ItemReader::_geometryOf(const UsdPrim& prim, int kind, bool inPrototype,
+                                                        const std::vector<std::string>& primvars)
 {
     const SdfPath path = prim.GetPath();
-    if (const GeometryCache::Entry* known = m_cache.find(path, m_request.time)) return known->geometry;
-    ShapeReading reading = _read(prim, kind);
+    if (const GeometryCache::Entry* known = m_cache.find(path, m_request.time, primvars))
+        return known->geometry;
+    ShapeReading reading = _read(prim, kind, primvars);
     if (!reading.problem.empty()) {
         VESK_LOG_WARN("Prim {} {} and is not drawn", path.GetString(), reading.problem);
     }
@@ -100,16 +125,17 @@ std::shared_ptr<const Geometry> ItemReader::_geometryOf(const UsdPrim& prim, int
     if (reading.drawable) entry.geometry = std::make_shared<const Geometry>(std::move(reading.geometry));
     entry.mayVary = shapeMayVary(prim);
     entry.time = m_request.time;
+    entry.primvars = primvars;
     m_cache.store(path, entry);
     if (inPrototype) m_cache.noteInstance();
     return entry.geometry;
 }
 
-ShapeReading ItemReader::_read(const UsdPrim& prim, int kind) const
+ShapeReading ItemReader::_read(const UsdPrim& prim, int kind, const std::vector<std::string>& primvars) const
 {
     switch (kind) {
     case Mesh:
-        return readMesh(prim, m_time);
+        return readMesh(prim, m_time, primvars);
     case Points:
         return readPoints(prim, m_time);
     case Curves:
@@ -125,7 +151,7 @@ std::shared_ptr<const Material> ItemReader::_materialAt(const SdfPath& path)
     auto [at, isNew] = m_materials.try_emplace(path);
     if (isNew) {
         m_materialPaths.insert(path);
-        if (const auto material = readMaterial(m_stage->GetPrimAtPath(path), m_time))
+        if (const auto material = readMaterial(m_stage->GetPrimAtPath(path), m_time, m_textures))
             at->second = std::make_shared<const Material>(*material);
     }
     return at->second;

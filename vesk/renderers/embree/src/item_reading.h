@@ -5,6 +5,8 @@
 #include "mesh_extraction.h"
 #include "scene_snapshot.h"
 
+#include <pxr/base/vt/array.h>
+#include <pxr/base/vt/types.h>
 #include <pxr/usd/usd/stage.h>
 
 #include <map>
@@ -18,8 +20,8 @@ class ItemReader
 {
 public:
     ItemReader(const PXR_NS::UsdStageRefPtr& stage, const ExtractionRequest& request,
-               PXR_NS::UsdTimeCode time, GeometryCache& cache)
-        : m_stage(stage), m_request(request), m_time(time), m_cache(cache)
+               PXR_NS::UsdTimeCode time, GeometryCache& cache, TextureStore& textures)
+        : m_stage(stage), m_request(request), m_time(time), m_cache(cache), m_textures(textures)
     {}
 
     /// The prim with its looks; its place in the group is left to the caller. Nothing for a prim that is not
@@ -31,15 +33,24 @@ public:
     const std::set<PXR_NS::SdfPath>& materialPaths() const { return m_materialPaths; }
 
 private:
-    std::shared_ptr<const Geometry> _geometryOf(const PXR_NS::UsdPrim& prim, int kind, bool inPrototype);
-    ShapeReading _read(const PXR_NS::UsdPrim& prim, int kind) const;
+    std::shared_ptr<const Geometry> _geometryOf(const PXR_NS::UsdPrim& prim, int kind, bool inPrototype,
+                                                const std::vector<std::string>& primvars);
+    ShapeReading _read(const PXR_NS::UsdPrim& prim, int kind, const std::vector<std::string>& primvars) const;
     std::shared_ptr<const Material> _materialAt(const PXR_NS::SdfPath& path);
-    void _readSubsets(const PXR_NS::UsdPrim& prim, const InheritedState& state, SceneItem& item);
+    /// The faces of one subset and the number of its material.
+    struct FaceSubset
+    {
+        PXR_NS::VtIntArray faces;
+        std::uint16_t material = 0;
+    };
+    std::vector<FaceSubset> _readSubsets(const PXR_NS::UsdPrim& prim, const InheritedState& state,
+                                         MaterialSet& set);
 
     PXR_NS::UsdStageRefPtr m_stage;
     ExtractionRequest m_request;
     PXR_NS::UsdTimeCode m_time;
     GeometryCache& m_cache;
+    TextureStore& m_textures;
     std::map<PXR_NS::SdfPath, std::shared_ptr<const Material>> m_materials;
     std::set<PXR_NS::SdfPath> m_materialPaths;
 };

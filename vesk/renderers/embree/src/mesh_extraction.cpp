@@ -52,7 +52,7 @@ void readDisplayPrimvars(const UsdPrim& prim, UsdTimeCode time, std::size_t face
     if (!fits(g.opacities, faces, points, corners)) g.opacities = {};
 }
 
-ShapeReading readMesh(const UsdPrim& prim, UsdTimeCode time)
+ShapeReading readMesh(const UsdPrim& prim, UsdTimeCode time, const std::vector<std::string>& primvars)
 {
     ShapeReading reading;
     Geometry& g = reading.geometry;
@@ -62,6 +62,11 @@ ShapeReading readMesh(const UsdPrim& prim, UsdTimeCode time)
     if (!reading.problem.empty()) return reading;
     g.faceCount = t.counts.size();
     readDisplayPrimvars(prim, time, t.counts.size(), g.points.size(), t.indices.size(), g);
+    for (const std::string& name : primvars) {
+        Primvar<Vec4> values = readNumbersPrimvar(prim, "primvars:" + name, time);
+        if (!values.empty() && fits(values, t.counts.size(), g.points.size(), t.indices.size()))
+            g.primvars.push_back({name, std::move(values)});
+    }
     // Subdivided surfaces have the normals of their shape, whatever is authored.
     if (t.isSmooth() && subdivide(g, t)) {
         reading.drawable = !g.triangles.empty();

@@ -19,7 +19,9 @@ struct ShapeReading
 
 /// Reads a mesh: faces become fans of triangles, holes are left out, left-handed faces are turned.
 /// Bad input (points that are not finite, indices out of range, counts that do not sum) is a problem.
-ShapeReading readMesh(const PXR_NS::UsdPrim& prim, PXR_NS::UsdTimeCode time);
+/// \param primvars names of the primvars that materials read
+ShapeReading readMesh(const PXR_NS::UsdPrim& prim, PXR_NS::UsdTimeCode time,
+                      const std::vector<std::string>& primvars);
 
 /// Reads points as spheres.
 ShapeReading readPoints(const PXR_NS::UsdPrim& prim, PXR_NS::UsdTimeCode time);

@@ -51,8 +51,7 @@ std::vector<Probe> ringOfProbes(const GfVec2i& size, float x, float y, float inn
 
 PickingResult describe(const FrameView& view, const ViewRay& ray, const SurfaceHit& hit)
 {
-    const SurfacePoint s =
-        surfaceAt(*view.scene, hit, ray.origin, ray.direction, view.defaultMaterial, false);
+    const SurfacePoint s = placeAt(*view.scene, hit, ray.origin, ray.direction, false);
     const HitNames names = view.scene->namesOf(hit.placement, hit.item);
     PickingResult result;
     result.hit = true;

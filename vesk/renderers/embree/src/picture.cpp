@@ -199,6 +199,28 @@ void drawOutlines(Film& film, const FrameSettings& settings, const std::vector<s
     }
 }
 
+namespace {
+
+float mostRays(const Film& film)
+{
+    float most = 1.0f;
+    for (std::size_t i = 0; i < film.pixelCount(); ++i)
+        most = std::max(most, film.pixel(i).cost);
+    return most;
+}
+
+// From black over blue, red and yellow to white.
+Vec3 heatColor(float share)
+{
+    static const Vec3 colors[5] = {
+        {0, 0, 0}, {0.1f, 0.1f, 0.8f}, {0.9f, 0.1f, 0.1f}, {1, 0.9f, 0.1f}, {1, 1, 1}};
+    const float at = std::clamp(share, 0.0f, 1.0f) * 4.0f;
+    const int i = std::min(static_cast<int>(at), 3);
+    return lerp(colors[i], colors[i + 1], at - static_cast<float>(i));
+}
+
+} // namespace
+
 void drawDebug(Film& film, const FrameSettings& settings)
 {
     float nearest = std::numeric_limits<float>::infinity();
@@ -210,6 +232,7 @@ void drawDebug(Film& film, const FrameSettings& settings)
         farthest = std::max(farthest, d);
     }
     const float range = std::max(farthest - nearest, 1e-30f);
+    const float dearest = mostRays(film);
     for (std::size_t i = 0; i < film.pixelCount(); ++i) {
         const GeometryPixel& g = film.geometry(i);
         Vec3 c(0.0f);
@@ -226,12 +249,16 @@ void drawDebug(Film& film, const FrameSettings& settings)
         case DebugMode::InstanceId:
             c = idColor(g.instance);
             break;
+        case DebugMode::Cost:
+            c = heatColor(film.pixel(i).cost / dearest);
+            break;
         default:
             c = idColor(g.prim);
             break;
         }
         const Vec3 working = displayToWorking(c, settings.colorCorrection);
-        film.pixel(i) = {working * static_cast<float>(film.samples), static_cast<float>(film.samples)};
+        film.pixel(i) = {working * static_cast<float>(film.samples), static_cast<float>(film.samples),
+                         film.pixel(i).cost};
     }
 }
 

@@ -35,11 +35,13 @@ std::vector<UsdPrim> childrenOf(const UsdPrim& prim)
 
 } // namespace
 
-ChunkReader::ChunkReader(const UsdStageRefPtr& stage, const ExtractionRequest& request, GeometryCache& cache)
+ChunkReader::ChunkReader(const UsdStageRefPtr& stage, const ExtractionRequest& request, GeometryCache& cache,
+                         TextureStore& textures)
     : m_stage(stage),
       m_time(toTimeCode(request.time)),
       m_states(request, m_time),
-      m_items(stage, request, m_time, cache)
+      m_items(stage, request, m_time, cache, textures),
+      m_textures(textures)
 {}
 
 bool ChunkReader::standsForAll(const UsdPrim& prim) { return prim.IsInstance() || isInstancer(prim); }
@@ -63,7 +65,7 @@ std::shared_ptr<const SceneChunk> ChunkReader::read(const UsdPrim& prim, const I
             }
         }
     }
-    if (auto light = readStageLight(prim, state.toRoot, m_time)) chunk->lights.push_back(*light);
+    if (auto light = readStageLight(prim, state.toRoot, m_time, m_textures)) chunk->lights.push_back(*light);
     if (chunk->placements.empty() && chunk->lights.empty()) return nullptr;
     return chunk;
 }
@@ -197,7 +199,8 @@ std::shared_ptr<const SceneChunk> ChunkReader::_readPrototype(const UsdPrim& roo
                 if (isUsablePlace(item->toGroup, box)) items.push_back(std::move(*item));
             }
         }
-        if (auto light = readStageLight(prim, own.toRoot, m_time)) chunk->lights.push_back(*light);
+        if (auto light = readStageLight(prim, own.toRoot, m_time, m_textures))
+            chunk->lights.push_back(*light);
         pushChildren(prim, own);
     }
     if (!items.empty()) addGroup(*chunk, makeGroup(std::move(items)), GfMatrix4d(1.0));

@@ -14,7 +14,8 @@ namespace vesk::renderers::embree {
 class ChunkReader
 {
 public:
-    ChunkReader(const PXR_NS::UsdStageRefPtr& stage, const ExtractionRequest& request, GeometryCache& cache);
+    ChunkReader(const PXR_NS::UsdStageRefPtr& stage, const ExtractionRequest& request, GeometryCache& cache,
+                TextureStore& textures);
 
     /// What one prim brings into the picture: itself, or the copies that it stands for; null for nothing.
     /// \param state what the prim hands down, itself included
@@ -51,6 +52,7 @@ private:
     PXR_NS::UsdTimeCode m_time;
     StateReader m_states;
     ItemReader m_items;
+    TextureStore& m_textures;
     std::map<PXR_NS::SdfPath, std::vector<Known>> m_prototypes;
     std::set<PXR_NS::SdfPath> m_underWay; ///< prototypes that are being read, to find one inside itself
     std::set<PXR_NS::SdfPath> m_sharedPaths;

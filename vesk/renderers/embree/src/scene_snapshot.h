@@ -1,6 +1,7 @@
 #pragma once
 
 #include "geometry.h"
+#include "material.h"
 
 #include <pxr/base/gf/camera.h>
 #include <pxr/base/gf/matrix4d.h>
@@ -14,18 +15,6 @@
 #include <vector>
 
 namespace vesk::renderers::embree {
-
-/// How a surface reflects, in linear colours.
-struct Material
-{
-    Vec3 diffuse{0.5f};
-    Vec3 emission{0.0f};
-    float specular = 0.04f; ///< reflectance seen straight on
-    float roughness = 0.5f;
-    float metallic = 0.0f;
-    float opacity = 1.0f;
-    bool usesDisplayColor = true; ///< display colours replace `diffuse` where the prim has any
-};
 
 /// The materials of one item: the prim's own, and those of its subsets of faces.
 struct MaterialSet
@@ -96,8 +85,10 @@ struct Placement
 enum class StageLightKind : std::uint8_t
 {
     Distant,
-    Point,
-    Area,
+    Sphere,
+    Disk,
+    Rectangle,
+    Cylinder,
     Dome
 };
 
@@ -106,13 +97,21 @@ struct StageLight
 {
     StageLightKind kind = StageLightKind::Distant;
     PXR_NS::GfMatrix4d localToWorld{1.0};
-    Vec3 color{1.0f}; ///< linear, intensity and exposure multiplied in
+    Vec3 color{1.0f}; ///< linear; intensity, exposure and colour temperature multiplied in
+    float diffuse = 1.0f;
+    float specular = 1.0f;
     float radius = 0.5f;
     float width = 1.0f;
     float height = 1.0f;
+    float length = 1.0f;
     float angleDegrees = 0.53f;
     bool normalize = false;
+    bool treatAsPoint = false;
     bool castsShadows = true;
+    float coneDegrees = 90.0f; ///< 90 or more: no cone
+    float coneSoftness = 0.0f;
+    float focus = 0.0f;
+    std::shared_ptr<const Texture> texture; ///< of domes and rectangles, null for none
 };
 
 /// What one prim of the stage brings into the picture. It never changes after it was made, so that snapshots

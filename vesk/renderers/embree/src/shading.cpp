@@ -6,30 +6,22 @@
 namespace vesk::renderers::embree {
 namespace {
 
-constexpr float kBounce = 0.3f;    // of the dome's light still arrives where something near blocks it
-constexpr float kDomeReach = 0.5f; // in radii of the scene: things farther away do not darken
-constexpr float kGroundBrightness = 0.55f;
+constexpr float kBounce = 0.3f;     // of the surroundings' light still arrives where something near blocks it
+constexpr float kDomeReach = 0.5f;  // in radii of the scene: things farther away do not darken
+constexpr float kBrightest = 50.0f; // of one sample of the surroundings: rarer ones would never settle
 
-// A broad highlight whose size follows the roughness; energy does not matter for a working view.
-Vec3 highlight(const Material& material, Vec3 baseColor, Vec3 normal, Vec3 toViewer, Vec3 toLight)
+Vec3 reflected(const ShadedPoint& p, const FrameLight& light, const LightSample& sample)
 {
-    const float rough = std::clamp(material.roughness, 0.05f, 1.0f);
-    const float exponent = std::min(2.0f / (rough * rough * rough * rough) - 1.0f, 2000.0f);
-    const Vec3 half = normalized(toViewer + toLight, normal);
-    const float lobe = std::pow(std::max(dot(normal, half), 0.0f), exponent) * (exponent + 8.0f) * 0.03f;
-    const Vec3 tint = lerp(Vec3(material.specular), baseColor, std::clamp(material.metallic, 0.0f, 1.0f));
-    return tint * std::min(lobe, 8.0f);
+    const float cosine = dot(p.surface.normal, sample.direction);
+    if (cosine <= 0.0f) return {};
+    return p.surface.reflection.between(p.surface.normal, -p.viewDirection, sample.direction, light.diffuse,
+                                        light.specular) *
+           sample.irradiance * cosine;
 }
 
-Vec3 reflected(const ShadedPoint& p, const LightSample& light)
+Vec3 tamed(Vec3 c)
 {
-    const float cosine = dot(p.surface.normal, light.direction);
-    if (cosine <= 0.0f) return {};
-    const Material& material = *p.surface.material;
-    const Vec3 diffuse = p.surface.color * (1.0f - std::clamp(material.metallic, 0.0f, 1.0f) * 0.7f);
-    const Vec3 toViewer = -p.viewDirection;
-    return (diffuse + highlight(material, p.surface.color, p.surface.normal, toViewer, light.direction)) *
-           light.irradiance * cosine;
+    return {std::min(c.x, kBrightest), std::min(c.y, kBrightest), std::min(c.z, kBrightest)};
 }
 
 bool isDark(Vec3 c) { return c.x <= 0.0f && c.y <= 0.0f && c.z <= 0.0f; }
@@ -50,7 +42,7 @@ RTCRay makeRay(Vec3 from, Vec3 direction, float distance)
 
 } // namespace
 
-Shader::Shader(const FrameView& view, int sample) : m_view(view), m_sample(sample) {}
+Shader::Shader(const FrameView& view, int sample) : m_view(view), m_looks(view.looks()), m_sample(sample) {}
 
 float Shader::offsetAt(float t) const { return 2e-5f * (m_view.scene->radius() + std::abs(t)); }
 
@@ -61,8 +53,7 @@ ShadedPoint Shader::prepare(const SurfaceHit& hit, const ViewRay& ray, std::uint
     point.seed = seed;
     point.viewDirection = ray.direction;
     const DrawMode mode = m_view.settings.drawMode;
-    point.surface = surfaceAt(*m_view.scene, hit, ray.origin, ray.direction, m_view.defaultMaterial,
-                              mode == DrawMode::ShadedFlat);
+    point.surface = surfaceAt(*m_view.scene, hit, ray.origin, ray.direction, m_looks);
     point.alpha = point.surface.opacity;
     if (mode == DrawMode::Wireframe || mode == DrawMode::Points) point.alpha = _lineAlpha(point, ray);
     return point;
@@ -90,7 +81,8 @@ void Shader::shade(std::vector<ShadedPoint>& points)
         ShadedPoint& point = points[i];
         if (point.alpha <= 0.0f) continue;
         _addUnshadowed(point);
-        _queueDome(point, i);
+        _queueDiffuse(point, i);
+        _queueMirror(point, i);
         _queueLights(point, i);
     }
     _resolve(points);
@@ -103,27 +95,65 @@ void Shader::shade(std::vector<ShadedPoint>& points)
     }
 }
 
+Sample2 Shader::_random(const ShadedPoint& point, std::uint32_t purpose) const
+{
+    return sequencePoint(static_cast<std::uint32_t>(m_sample), point.seed + purpose * 0x632be5abu);
+}
+
 void Shader::_addUnshadowed(ShadedPoint& point) const
 {
-    point.color = point.surface.material->emission + point.surface.color * m_view.lights.ambient;
+    point.color = point.surface.emission + point.surface.color * m_view.lights.ambient;
     for (const FrameLight& light : m_view.lights.lights) {
         if (light.shadows) continue;
-        const Sample2 s{0.0f, 0.0f};
-        point.color += reflected(point, sampleLight(light, point.surface.position, s));
+        const Vec3 lit = reflected(point, light, sampleLight(light, point.surface.position, {0.0f, 0.0f}));
+        if (isFinite(lit)) point.color += lit;
     }
 }
 
-// One ray into the half space above the surface stands for the dome; the sky is brighter than the ground.
-void Shader::_queueDome(const ShadedPoint& point, std::size_t index)
+// One ray into the half space above the surface stands for the surroundings. Where these are a picture, every
+// other ray looks for its bright places; both ways are weighed by what either of them would have chosen.
+void Shader::_queueDiffuse(const ShadedPoint& point, std::size_t index)
 {
-    if (isDark(m_view.lights.dome)) return;
-    const Sample2 s = sequencePoint(static_cast<std::uint32_t>(m_sample), point.seed);
-    const Vec3 direction = cosineDirection(point.surface.normal, s);
-    const float height = 0.5f + 0.5f * dot(direction, m_view.lights.up);
-    const float brightness = kGroundBrightness + (1.0f - kGroundBrightness) * height;
-    const Vec3 lit = point.surface.color * m_view.lights.dome * brightness;
-    _queue(point.surface.position + point.surface.geometricNormal * offsetAt(point.hit.t), direction,
-           kDomeReach * m_view.scene->radius(), index, lit, lit * kBounce);
+    const FrameLights& lights = m_view.lights;
+    if (isDark(point.surface.reflection.diffuse) || (isDark(lights.dome) && lights.domes.empty())) return;
+    const Vec3 normal = point.surface.normal;
+    const Sample2 s = _random(point, 0);
+    Vec3 direction;
+    float weight = 1.0f;
+    if (lights.domes.empty()) {
+        direction = cosineDirection(normal, s);
+    } else {
+        const Dome& dome = lights.domes.front();
+        float density = 0.0f;
+        if ((m_sample + static_cast<int>(point.seed & 1)) % 2 == 0) {
+            direction = cosineDirection(normal, s);
+            density = dome.density(direction);
+        } else {
+            direction = dome.sample(s, density);
+        }
+        const float cosine = dot(direction, normal);
+        if (cosine <= 0.0f) return;
+        const float byCosine = cosine / 3.14159265f;
+        weight = byCosine / (0.5f * byCosine + 0.5f * density);
+    }
+    const Vec3 lit = tamed(point.surface.reflection.diffuse * lights.surroundings(direction) * weight);
+    if (!isFinite(lit)) return;
+    _queue(point, direction, kDomeReach * m_view.scene->radius(), index, lit, lit * kBounce);
+}
+
+void Shader::_queueMirror(const ShadedPoint& point, std::size_t index)
+{
+    const FrameLights& lights = m_view.lights;
+    if (!point.surface.reflection.mirrors() || (isDark(lights.dome) && lights.domes.empty())) return;
+    Vec3 direction;
+    Vec3 share;
+    if (!point.surface.reflection.sampleMirror(point.surface.normal, -point.viewDirection, _random(point, 1),
+                                               direction, share)) {
+        return;
+    }
+    const Vec3 lit = tamed(share * lights.surroundings(direction));
+    if (!isFinite(lit)) return;
+    _queue(point, direction, 4.0f * m_view.scene->reach(), index, lit, lit * kBounce);
 }
 
 void Shader::_queueLights(const ShadedPoint& point, std::size_t index)
@@ -132,19 +162,18 @@ void Shader::_queueLights(const ShadedPoint& point, std::size_t index)
     for (const FrameLight& light : m_view.lights.lights) {
         ++number;
         if (!light.shadows) continue;
-        const Sample2 s =
-            sequencePoint(static_cast<std::uint32_t>(m_sample), point.seed + number * 0x632be5abu);
-        const LightSample sample = sampleLight(light, point.surface.position, s);
-        const Vec3 lit = reflected(point, sample);
+        const LightSample sample = sampleLight(light, point.surface.position, _random(point, number));
+        const Vec3 lit = reflected(point, light, sample);
         if (isDark(lit) || !isFinite(lit)) continue;
-        _queue(point.surface.position + point.surface.geometricNormal * offsetAt(point.hit.t),
-               sample.direction, sample.distance, index, lit, Vec3());
+        _queue(point, sample.direction, sample.distance, index, lit, Vec3());
     }
 }
 
-void Shader::_queue(Vec3 from, Vec3 direction, float distance, std::size_t index, Vec3 lit, Vec3 blocked)
+void Shader::_queue(const ShadedPoint& point, Vec3 direction, float distance, std::size_t index, Vec3 lit,
+                    Vec3 blocked)
 {
-    m_rays.push_back(makeRay(from, direction, distance));
+    const Vec3 side = point.surface.geometricNormal;
+    m_rays.push_back(makeRay(point.surface.position + side * offsetAt(point.hit.t), direction, distance));
     m_contributions.push_back({index, lit, blocked});
 }
 
@@ -154,6 +183,7 @@ void Shader::_resolve(std::vector<ShadedPoint>& points)
     for (std::size_t i = 0; i < m_contributions.size(); ++i) {
         const Contribution& c = m_contributions[i];
         points[c.point].color += m_rays[i].tfar < 0.0f ? c.blocked : c.lit;
+        points[c.point].rays += 1.0f;
     }
 }
 

@@ -20,10 +20,11 @@ struct ShadedPoint
     std::uint32_t seed = 0;
     Vec3 color;
     float alpha = 1.0f; ///< how much of what lies behind is hidden
+    float rays = 0.0f;  ///< that were traced for its light
 };
 
-/// Gives the hits of one wave of samples their colours: the material under the frame's lights, with shadows
-/// and with the dome's light dimmed where the surroundings are close.
+/// Gives the hits of one wave of samples their colours: the material under the frame's lights, with shadows,
+/// with the light of the surroundings dimmed where something close is in their way, and mirrored.
 class Shader
 {
 public:
@@ -39,10 +40,13 @@ public:
     float offsetAt(float t) const;
 
 private:
+    Sample2 _random(const ShadedPoint& point, std::uint32_t purpose) const;
     void _addUnshadowed(ShadedPoint& point) const;
-    void _queueDome(const ShadedPoint& point, std::size_t index);
+    void _queueDiffuse(const ShadedPoint& point, std::size_t index);
+    void _queueMirror(const ShadedPoint& point, std::size_t index);
     void _queueLights(const ShadedPoint& point, std::size_t index);
-    void _queue(Vec3 from, Vec3 direction, float distance, std::size_t index, Vec3 lit, Vec3 blocked);
+    void _queue(const ShadedPoint& point, Vec3 direction, float distance, std::size_t index, Vec3 lit,
+                Vec3 blocked);
     void _resolve(std::vector<ShadedPoint>& points);
     float _lineAlpha(const ShadedPoint& point, const ViewRay& ray) const;
 
@@ -55,6 +59,7 @@ private:
     };
 
     const FrameView& m_view;
+    SurfaceLooks m_looks;
     int m_sample;
     std::vector<RTCRay> m_rays;
     std::vector<Contribution> m_contributions;

@@ -57,7 +57,7 @@ std::shared_ptr<const SceneSnapshot> StageMirror::update(const UsdStageRefPtr& s
     if (isOther) m_cache.clear();
     m_visited = 0;
     _forgetShapes(changes);
-    ChunkReader reader(stage, request, m_cache);
+    ChunkReader reader(stage, request, m_cache, m_textures);
     if (isOther || !sameRequest(request, m_request) || _reachesSharedThings(changes)) {
         m_entries.clear();
         m_shared.clear();

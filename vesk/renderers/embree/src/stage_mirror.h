@@ -57,6 +57,7 @@ private:
     PXR_NS::UsdStageWeakPtr m_stage;
     ExtractionRequest m_request;
     GeometryCache m_cache;
+    TextureStore m_textures;
     std::map<PXR_NS::SdfPath, Entry> m_entries; // SdfPath orders a prim directly before what lies below it
     std::set<PXR_NS::SdfPath> m_shared; // materials, prototypes, instances: a change there shows elsewhere
     std::size_t m_visited = 0;

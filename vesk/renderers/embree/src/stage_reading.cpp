@@ -1,8 +1,14 @@
 #include "stage_reading.h"
 
+#include <pxr/base/gf/vec2d.h>
+#include <pxr/base/gf/vec2f.h>
+#include <pxr/base/gf/vec2h.h>
+#include <pxr/base/gf/vec3d.h>
 #include <pxr/base/gf/vec3f.h>
+#include <pxr/base/gf/vec3h.h>
+#include <pxr/base/gf/vec4f.h>
+#include <pxr/base/vt/value.h>
 
-#include <array>
 #include <cmath>
 
 PXR_NAMESPACE_USING_DIRECTIVE
@@ -77,33 +83,64 @@ Primvar<float> readFloatPrimvar(const UsdPrim& prim, const std::string& name, Us
                          readInterpolation(attribute, Interpolation::Constant), [](float v) { return v; });
 }
 
+namespace {
+
+template <class T>
+Vec4 numbersOf(const T& value)
+{
+    Vec4 v;
+    for (std::size_t i = 0; i < T::dimension; ++i)
+        v.v[i] = static_cast<float>(value[i]);
+    return v;
+}
+Vec4 numbersOf(float value) { return {{value, value, value, 1.0f}}; }
+Vec4 numbersOf(double value) { return numbersOf(static_cast<float>(value)); }
+
+// Takes up a value of one type; false where it is of another.
+template <class T>
+bool takeNumbers(const VtValue& value, const VtIntArray& indices, Interpolation interpolation,
+                 Primvar<Vec4>& out)
+{
+    const auto convert = [](const T& v) { return numbersOf(v); };
+    if (value.IsHolding<VtArray<T>>()) {
+        out = expand<Vec4>(value.UncheckedGet<VtArray<T>>(), indices, interpolation, convert);
+    } else if (value.IsHolding<T>()) {
+        out.values = {numbersOf(value.UncheckedGet<T>())};
+        out.interpolation = Interpolation::Constant;
+    } else {
+        return false;
+    }
+    return true;
+}
+
+} // namespace
+
+Primvar<Vec4> readNumbersPrimvar(const UsdPrim& prim, const std::string& name, UsdTimeCode time)
+{
+    const UsdAttribute attribute = prim.GetAttribute(TfToken(name));
+    VtValue value;
+    Primvar<Vec4> result;
+    if (!attribute || !attribute.Get(&value, time)) return result;
+    const VtIntArray indices = readIndices(prim, name, time);
+    const Interpolation interpolation = readInterpolation(attribute, Interpolation::Constant);
+    const bool known = takeNumbers<GfVec2f>(value, indices, interpolation, result) ||
+                       takeNumbers<GfVec3f>(value, indices, interpolation, result) ||
+                       takeNumbers<GfVec4f>(value, indices, interpolation, result) ||
+                       takeNumbers<float>(value, indices, interpolation, result) ||
+                       takeNumbers<GfVec2d>(value, indices, interpolation, result) ||
+                       takeNumbers<GfVec3d>(value, indices, interpolation, result) ||
+                       takeNumbers<GfVec2h>(value, indices, interpolation, result) ||
+                       takeNumbers<GfVec3h>(value, indices, interpolation, result) ||
+                       takeNumbers<double>(value, indices, interpolation, result);
+    return known ? result : Primvar<Vec4>();
+}
+
 bool shapeMayVary(const UsdPrim& prim)
 {
-    static constexpr std::array<const char*, 22> names = {"points",
-                                                          "faceVertexCounts",
-                                                          "faceVertexIndices",
-                                                          "normals",
-                                                          "primvars:normals",
-                                                          "holeIndices",
-                                                          "primvars:displayColor",
-                                                          "primvars:displayColor:indices",
-                                                          "primvars:displayOpacity",
-                                                          "radius",
-                                                          "height",
-                                                          "size",
-                                                          "width",
-                                                          "length",
-                                                          "axis",
-                                                          "radiusTop",
-                                                          "radiusBottom",
-                                                          "widths",
-                                                          "curveVertexCounts",
-                                                          "orientation",
-                                                          "primvars:widths",
-                                                          "ids"};
-    for (const char* name : names) {
-        const UsdAttribute attribute = prim.GetAttribute(TfToken(name));
-        if (attribute && attribute.ValueMightBeTimeVarying()) return true;
+    for (const UsdAttribute& attribute : prim.GetAuthoredAttributes()) {
+        const std::string& name = attribute.GetName().GetString();
+        const bool isPlace = name.rfind("xformOp", 0) == 0 || name == "visibility" || name == "purpose";
+        if (!isPlace && attribute.ValueMightBeTimeVarying()) return true;
     }
     return false;
 }

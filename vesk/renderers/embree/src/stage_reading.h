@@ -36,6 +36,10 @@ Primvar<Vec3> readVectorPrimvar(const PXR_NS::UsdPrim& prim, const std::string& 
 Primvar<float> readFloatPrimvar(const PXR_NS::UsdPrim& prim, const std::string& name,
                                 PXR_NS::UsdTimeCode time);
 
+/// Reads a primvar of one to four floating-point numbers a value, missing ones 0; a single value is constant.
+Primvar<Vec4> readNumbersPrimvar(const PXR_NS::UsdPrim& prim, const std::string& name,
+                                 PXR_NS::UsdTimeCode time);
+
 /// Whether a primvar has as many values as its interpolation needs.
 /// \param faces,points,corners the counts of the shape
 template <class T>

@@ -1,5 +1,7 @@
 #include "surface.h"
 
+#include "material_evaluation.h"
+
 #include <limits>
 
 namespace vesk::renderers::embree {
@@ -37,12 +39,11 @@ Vec3 toScene(const HitFrame& frame, Vec3 local) { return Vec3(frame.toScene.Tran
 
 } // namespace
 
-SurfacePoint surfaceAt(const TraceScene& scene, const SurfaceHit& hit, Vec3 origin, Vec3 direction,
-                       const Material& defaultMaterial, bool flat)
+namespace {
+
+SurfacePoint placeIn(const HitFrame& frame, const SurfaceHit& hit, Vec3 origin, Vec3 direction, bool flat)
 {
-    const HitFrame frame = scene.frameOf(hit);
-    const SceneItem& item = *frame.item;
-    const Geometry& g = *item.geometry;
+    const Geometry& g = *frame.item->geometry;
     SurfacePoint s;
     s.position = origin + direction * hit.t;
     s.geometricNormal =
@@ -54,18 +55,82 @@ SurfacePoint surfaceAt(const TraceScene& scene, const SurfaceHit& hit, Vec3 orig
         s.normal = dot(unit, s.geometricNormal) < 0.0f ? -unit : unit;
     }
     s.face = elementOf(g, hit);
-    const Material* bound = item.materials.of(s.face);
-    s.material = bound ? bound : &defaultMaterial;
-    const Material& material = *s.material;
-    s.color = material.diffuse;
-    if (material.usesDisplayColor && !g.colors.empty()) {
-        s.color = valueOf(g, g.colors, hit);
-    } else if (material.usesDisplayColor && item.displayColor) {
-        s.color = *item.displayColor;
+    return s;
+}
+
+Vec3 rgb(const Vec4& v) { return {v.v[0], v.v[1], v.v[2]}; }
+
+Vec3 usable(Vec3 c) { return isFinite(c) ? max(c, 0.0f) : Vec3(0.5f); }
+
+float share(const Vec4& v) { return v.v[0] >= 0.0f ? std::min(v.v[0], 1.0f) : 0.0f; }
+
+// The display colour of the shape, else the one from above, else the material's own.
+Vec3 baseColor(const SceneItem& item, const Material& material, const SurfaceHit& hit, const ShapePoint& at,
+               bool displayColors)
+{
+    if (material.usesDisplayColor && displayColors) {
+        if (!item.geometry->colors.empty())
+            return usable(valueOf(*item.geometry, item.geometry->colors, hit));
+        if (item.displayColor) return usable(*item.displayColor);
     }
-    s.opacity = material.opacity * (g.opacities.empty() ? item.displayOpacity : valueOf(g, g.opacities, hit));
-    s.opacity = s.opacity >= 0.0f ? std::min(s.opacity, 1.0f) : 0.0f;
-    s.color = isFinite(s.color) ? max(s.color, 0.0f) : Vec3(0.5f);
+    return usable(rgb(evaluate(material.diffuse, *item.geometry, at)));
+}
+
+float opacityOf(const SceneItem& item, const Material& material, const SurfaceHit& hit, const ShapePoint& at)
+{
+    const Geometry& g = *item.geometry;
+    float opacity = share(evaluate(material.opacity, g, at));
+    if (material.usesDisplayColor)
+        opacity *= g.opacities.empty() ? item.displayOpacity : valueOf(g, g.opacities, hit);
+    opacity = opacity >= 0.0f ? std::min(opacity, 1.0f) : 0.0f;
+    if (material.opacityThreshold > 0.0f) return opacity >= material.opacityThreshold ? 1.0f : 0.0f;
+    return opacity;
+}
+
+Reflection reflectionOf(const Material& material, const Geometry& g, const ShapePoint& at, Vec3 color)
+{
+    Reflection r;
+    const float metallic = material.specularWorkflow ? 0.0f : share(evaluate(material.metallic, g, at));
+    const float ratio = (1.0f - material.ior) / (1.0f + material.ior);
+    const Vec3 straight = material.specularWorkflow ? usable(rgb(evaluate(material.specular, g, at)))
+                                                    : Vec3(std::isfinite(ratio) ? ratio * ratio : 0.04f);
+    r.specular = lerp(straight, color, metallic);
+    r.diffuse = color * (1.0f - metallic);
+    r.roughness = share(evaluate(material.roughness, g, at));
+    r.coat = share(evaluate(material.clearcoat, g, at));
+    if (r.coat > 0.0f) r.coatRoughness = share(evaluate(material.clearcoatRoughness, g, at));
+    return r;
+}
+
+} // namespace
+
+SurfacePoint placeAt(const TraceScene& scene, const SurfaceHit& hit, Vec3 origin, Vec3 direction, bool flat)
+{
+    return placeIn(scene.frameOf(hit), hit, origin, direction, flat);
+}
+
+SurfacePoint surfaceAt(const TraceScene& scene, const SurfaceHit& hit, Vec3 origin, Vec3 direction,
+                       const SurfaceLooks& looks)
+{
+    const HitFrame frame = scene.frameOf(hit);
+    SurfacePoint s = placeIn(frame, hit, origin, direction, looks.flat);
+    const SceneItem& item = *frame.item;
+    const Geometry& g = *item.geometry;
+    const Material* bound = looks.materials ? item.materials.of(s.face) : nullptr;
+    const Material& material = bound ? *bound : *looks.defaultMaterial;
+    const ShapePoint at{hit.primitive, hit.u, hit.v};
+    s.color = baseColor(item, material, hit, at, looks.displayColors);
+    s.opacity = opacityOf(item, material, hit, at);
+    s.emission = usable(rgb(evaluate(material.emission, g, at)));
+    s.reflection = reflectionOf(material, g, at, s.color);
+    if (!looks.flat && material.normal.texture && !g.normals.empty() && g.kind == GeometryKind::Triangles) {
+        const Vec3 own = normalized(interpolate(g, g.normals, hit.primitive, hit.u, hit.v));
+        if (const auto mapped = mappedNormal(material, g, at, own)) {
+            const Vec3 unit = normalized(frame.normalToWorld.apply(*mapped), s.normal);
+            const bool turned = dot(frame.normalToWorld.apply(own), s.normal) < 0.0f;
+            s.normal = turned ? -unit : unit;
+        }
+    }
     return s;
 }
 

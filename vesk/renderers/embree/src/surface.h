@@ -1,5 +1,6 @@
 #pragma once
 
+#include "reflection.h"
 #include "trace_scene.h"
 
 namespace vesk::renderers::embree {
@@ -10,18 +11,29 @@ struct SurfacePoint
     Vec3 position;
     Vec3 normal;          ///< shading normal, unit length, towards the viewer
     Vec3 geometricNormal; ///< of the flat surface, unit length, towards the viewer
-    Vec3 color;
+    Vec3 color;           ///< of the surface itself, whatever it is made of
+    Reflection reflection;
+    Vec3 emission;
     float opacity = 1.0f;
     std::uint32_t face = 0; ///< the authored face, curve or point
-    const Material* material = nullptr;
 };
 
-/// Works out the surface at a hit.
+/// How surfaces are looked at.
+struct SurfaceLooks
+{
+    const Material* defaultMaterial = nullptr; ///< of prims that have none
+    bool flat = false;                         ///< the flat surface's normal is used for shading
+    bool materials = true;                     ///< false: every prim has the default material
+    bool displayColors = true;
+};
+
+/// Works out where a hit lies and how the surface is turned there.
 /// \param direction of the view ray, unit length
-/// \param defaultMaterial of prims that have none
-/// \param flat whether the flat surface's normal is used for shading
+SurfacePoint placeAt(const TraceScene& scene, const SurfaceHit& hit, Vec3 origin, Vec3 direction, bool flat);
+
+/// Works out the surface at a hit with its material.
 SurfacePoint surfaceAt(const TraceScene& scene, const SurfaceHit& hit, Vec3 origin, Vec3 direction,
-                       const Material& defaultMaterial, bool flat);
+                       const SurfaceLooks& looks);
 
 /// How far a hit lies from the nearest outline edge of its face, in stage units; a large number for shapes
 /// that have no edges.

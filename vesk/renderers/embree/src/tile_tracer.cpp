@@ -22,6 +22,7 @@ struct Path
     Grid::Crossing grid;
     Vec3 color;              ///< gathered so far
     float throughput = 1.0f; ///< what still passes
+    float rays = 0.0f;       ///< that were traced for it
 };
 
 // Blends a layer behind those that were gathered.
@@ -43,16 +44,18 @@ void addGridBefore(Path& path, float t)
 class SampleWave
 {
 public:
-    SampleWave(const FrameView& view, const Tile& tile, int sample, const Film& film)
+    SampleWave(const FrameView& view, const Tile& tile, int sample, const Film& film, int block)
         : m_view(view), m_shader(view, sample)
     {
         const Sample2 offset = pixelSample(static_cast<std::uint32_t>(sample));
-        for (int y = tile.y0; y < tile.y1; ++y) {
-            for (int x = tile.x0; x < tile.x1; ++x) {
+        const auto width = static_cast<float>(block);
+        for (int y = tile.y0; y < tile.y1; y += block) {
+            for (int x = tile.x0; x < tile.x1; x += block) {
                 Path path;
                 path.pixel = film.index(x, y);
                 path.seed = hash(static_cast<std::uint32_t>(path.pixel));
-                path.ray = view.camera.at(static_cast<float>(x) + offset.x, static_cast<float>(y) + offset.y);
+                path.ray = view.camera.at(static_cast<float>(x) + offset.x * width,
+                                          static_cast<float>(y) + offset.y * width);
                 path.grid = view.grid.cross(path.ray);
                 m_paths.push_back(path);
             }
@@ -80,6 +83,7 @@ private:
         m_points.clear();
         m_hitPaths.clear();
         for (std::size_t i = 0; i < m_paths.size(); ++i) {
+            m_paths[i].rays += 1.0f;
             SurfaceHit hit;
             if (!toHit(m_rays[i], hit)) {
                 _finish(film, m_paths[i]);
@@ -97,6 +101,7 @@ private:
 
     void _goOn(Film& film, Path& path, const ShadedPoint& point)
     {
+        path.rays += point.rays;
         addGridBefore(path, point.hit.t);
         addLayer(path, point.color, point.alpha);
         if (point.alpha >= kOpaque || path.throughput < 1.0f - kOpaque) {
@@ -118,6 +123,7 @@ private:
         FilmPixel& pixel = film.pixel(path.pixel);
         pixel.color += path.color;
         pixel.alpha += 1.0f - path.throughput;
+        pixel.cost += path.rays;
     }
 
     const FrameView& m_view;
@@ -130,8 +136,7 @@ private:
 
 GeometryPixel geometryAt(const FrameView& view, const ViewRay& ray, const SurfaceHit& hit)
 {
-    const SurfacePoint s =
-        surfaceAt(*view.scene, hit, ray.origin, ray.direction, view.defaultMaterial, false);
+    const SurfacePoint s = placeAt(*view.scene, hit, ray.origin, ray.direction, false);
     GeometryPixel pixel;
     pixel.viewDistance = ray.viewDistance(hit.t);
     pixel.windowDepth = view.camera.windowDepth(pixel.viewDistance);
@@ -151,11 +156,12 @@ Material toMaterial(const PXR_NS::GlfSimpleMaterial& simple)
 {
     const auto rgb = [](const PXR_NS::GfVec4f& c) { return Vec3(c[0], c[1], c[2]); };
     Material material;
-    material.diffuse = rgb(simple.GetDiffuse());
-    material.emission = rgb(simple.GetEmission());
-    material.specular = simple.GetSpecular()[0];
+    material.diffuse = MaterialInput::of(rgb(simple.GetDiffuse()));
+    material.emission = MaterialInput::of(rgb(simple.GetEmission()));
+    material.specular = MaterialInput::of(rgb(simple.GetSpecular()));
+    material.specularWorkflow = true;
     const double exponent = std::max(simple.GetShininess(), 1.0);
-    material.roughness = static_cast<float>(std::pow(2.0 / (exponent + 1.0), 0.25));
+    material.roughness = MaterialInput::of(static_cast<float>(std::pow(2.0 / (exponent + 1.0), 0.25)));
     return material;
 }
 
@@ -170,6 +176,18 @@ FrameView::FrameView(std::shared_ptr<const TraceScene> tracedScene, const FrameS
       grid(settings, scene->snapshot(), camera, scene->origin(), scene->radius()),
       defaultMaterial(toMaterial(settings.lighting.material))
 {}
+
+SurfaceLooks FrameView::looks() const
+{
+    const DrawMode mode = settings.drawMode;
+    SurfaceLooks looks;
+    looks.defaultMaterial = &defaultMaterial;
+    looks.flat = mode == DrawMode::ShadedFlat || mode == DrawMode::GeomFlat;
+    looks.materials =
+        mode != DrawMode::GeomOnly && mode != DrawMode::GeomFlat && mode != DrawMode::GeomSmooth;
+    looks.displayColors = mode != DrawMode::GeomOnly;
+    return looks;
+}
 
 bool toHit(const RTCRayHit& ray, SurfaceHit& hit)
 {
@@ -201,32 +219,55 @@ RTCRayHit toRay(const ViewRay& ray)
     return r;
 }
 
-void traceColor(const FrameView& view, Film& film, const Tile& tile, int first, int last)
+namespace {
+
+// Gives all pixels of each block what its first one has.
+template <class Get>
+void spreadBlocks(const Film& film, const Tile& tile, int block, const Get& get)
 {
-    for (int sample = first; sample < last; ++sample) {
-        SampleWave(view, tile, sample, film).run(film);
+    for (int y = tile.y0; y < tile.y1; ++y) {
+        const int top = tile.y0 + (y - tile.y0) / block * block;
+        for (int x = tile.x0; x < tile.x1; ++x) {
+            const int left = tile.x0 + (x - tile.x0) / block * block;
+            if (left != x || top != y) get(film.index(x, y)) = get(film.index(left, top));
+        }
     }
 }
 
-void traceGeometry(const FrameView& view, Film& film, const Tile& tile)
+} // namespace
+
+void traceColor(const FrameView& view, Film& film, const Tile& tile, int first, int last, int block)
+{
+    for (int sample = first; sample < last; ++sample) {
+        SampleWave(view, tile, sample, film, block).run(film);
+    }
+    if (block > 1)
+        spreadBlocks(film, tile, block, [&film](std::size_t i) -> FilmPixel& { return film.pixel(i); });
+}
+
+void traceGeometry(const FrameView& view, Film& film, const Tile& tile, int block)
 {
     std::vector<ViewRay> views;
     std::vector<RTCRayHit> rays;
-    for (int y = tile.y0; y < tile.y1; ++y) {
-        for (int x = tile.x0; x < tile.x1; ++x) {
-            views.push_back(view.camera.at(static_cast<float>(x) + 0.5f, static_cast<float>(y) + 0.5f));
+    const float middle = 0.5f * static_cast<float>(block);
+    for (int y = tile.y0; y < tile.y1; y += block) {
+        for (int x = tile.x0; x < tile.x1; x += block) {
+            views.push_back(view.camera.at(static_cast<float>(x) + middle, static_cast<float>(y) + middle));
             rays.push_back(toRay(views.back()));
         }
     }
     view.scene->intersect(rays.data(), static_cast<unsigned>(rays.size()), true);
     std::size_t i = 0;
-    for (int y = tile.y0; y < tile.y1; ++y) {
-        for (int x = tile.x0; x < tile.x1; ++x, ++i) {
+    for (int y = tile.y0; y < tile.y1; y += block) {
+        for (int x = tile.x0; x < tile.x1; x += block, ++i) {
             SurfaceHit hit;
             GeometryPixel& pixel = film.geometry(film.index(x, y));
             pixel = toHit(rays[i], hit) ? geometryAt(view, views[i], hit) : GeometryPixel();
         }
     }
+    if (block > 1)
+        spreadBlocks(film, tile, block,
+                     [&film](std::size_t k) -> GeometryPixel& { return film.geometry(k); });
 }
 
 } // namespace vesk::renderers::embree

@@ -33,15 +33,19 @@ struct FrameView
     FrameLights lights;
     Grid grid;
     Material defaultMaterial;
+
+    /// How surfaces are looked at in the frame's draw mode.
+    SurfaceLooks looks() const;
 };
 
 /// Adds samples [first, last) of each pixel of a tile to a film.
+/// \param block width of the squares of pixels that share what their middle shows, 1 for each its own
 /// The result does not depend on the order of tiles or on the number of threads. Thread: any, one tile at a
 /// time.
-void traceColor(const FrameView& view, Film& film, const Tile& tile, int first, int last);
+void traceColor(const FrameView& view, Film& film, const Tile& tile, int first, int last, int block = 1);
 
 /// Writes what lies at the centres of a tile's pixels to a film that has room for it.
-void traceGeometry(const FrameView& view, Film& film, const Tile& tile);
+void traceGeometry(const FrameView& view, Film& film, const Tile& tile, int block = 1);
 
 /// Turns a ray tracer's answer into a hit; false for a miss.
 bool toHit(const RTCRayHit& ray, SurfaceHit& hit);

@@ -1,5 +1,7 @@
 #include "trace_scene.h"
 
+#include <chrono>
+
 PXR_NAMESPACE_USING_DIRECTIVE
 
 namespace vesk::renderers::embree {
@@ -29,7 +31,9 @@ TraceScene::TraceScene(std::shared_ptr<const SceneSnapshot> snapshot, BuiltScene
         placements += static_cast<std::uint32_t>(chunk->placements.size());
         prims += chunk->primCount;
     }
+    const auto start = std::chrono::steady_clock::now();
     rtcCommitScene(m_scene->get());
+    m_commitSeconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
 }
 
 void TraceScene::_setOrigin(const std::optional<GfVec3d>& former)

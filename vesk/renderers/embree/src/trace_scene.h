@@ -63,6 +63,10 @@ public:
     int primIdOf(const SurfaceHit& hit) const;
     int instanceIndexOf(const SurfaceHit& hit) const { return _placementOf(hit.placement).instanceIndex; }
 
+    /// The scene as Embree knows it, and how long Embree took to build it from its parts.
+    RTCScene handle() const { return m_scene->get(); }
+    double commitSeconds() const { return m_commitSeconds; }
+
     /// Finds the nearest hit of each ray. Rays of one call should be alike.
     void intersect(RTCRayHit* rays, unsigned count, bool coherent) const;
 
@@ -95,6 +99,7 @@ private:
     std::vector<std::uint32_t> m_chunkOfPlacement;
     std::vector<std::shared_ptr<const InstanceSet>> m_instances;
     std::unique_ptr<ScenePtr> m_scene;
+    double m_commitSeconds = 0.0;
 };
 
 } // namespace vesk::renderers::embree

@@ -36,12 +36,26 @@ RendererState::Copy WindowFrame::_settings()
 
 bool WindowFrame::_wantsGeometry(const FrameSettings&) const { return wantsGeometry(m_parameters); }
 
+bool WindowFrame::_mayBeginCoarse() const { return m_refines; }
+
+// Outputs that are read back hold what the last image showed: such a frame is not left in between.
+bool WindowFrame::_isOutdated() const
+{
+    return m_refines && m_parameters.aovs.empty() && m_restarts < kMostRestarts &&
+           (core()->state.serial() != settingsCopy().serial || core()->frameIsWaiting());
+}
+
 bool WindowFrame::_onImage(bool converged)
 {
     m_frameIndex = core()->nextFrameIndex();
+    // Of a refinement only the first images, coarse and whole, and the last one are announced.
+    if (samplesDone() <= 1 || converged) core()->announce(settingsCopy().document, m_frameIndex, converged);
+    return _goesOn();
+}
+
+bool WindowFrame::_goesOn()
+{
     const bool isStale = core()->state.serial() != settingsCopy().serial;
-    // Of a refinement only the first and the last image are announced.
-    if (samplesDone() == 1 || converged) core()->announce(settingsCopy().document, m_frameIndex, converged);
     if (!m_parameters.untilConverged || !m_refines || core()->frameIsWaiting()) return false;
     if (isStale && m_restarts < kMostRestarts) {
         ++m_restarts;

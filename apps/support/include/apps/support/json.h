@@ -32,9 +32,9 @@ Json jsonBounds(const PXR_NS::GfRange3f& bounds);
 /// units).
 Json jsonCamera(const PXR_NS::GfCamera& camera);
 
-/// The JSON on one line, as a session's line is printed. A decimal is the shortest text that reads back equal,
-/// always with a point or an exponent, so that it stays a decimal (and -0.0 keeps its sign). Bytes that are
-/// no UTF-8 are replaced.
+/// The JSON on one line, as a session's line is printed. A decimal is the shortest text that reads back
+/// equal, always with a point or an exponent, so that it stays a decimal (and -0.0 keeps its sign). Bytes
+/// that are no UTF-8 are replaced.
 std::string jsonLine(const Json& json);
 
 } // namespace vesk::apps

@@ -24,6 +24,14 @@ struct CameraArguments
 /// Declares the camera options on a verb.
 void addCameraOptions(CLI::App& verb, CameraArguments& arguments);
 
+/// Declares those of them that hold for many views at once: all but the direction and the camera.
+/// \param sizeHelp what `--size` is the size of
+void addFramingOptions(CLI::App& verb, CameraArguments& arguments, const std::string& sizeHelp);
+
+/// Reads "X,Y" with finite decimals.
+/// Throws: `UsageError`.
+std::array<float, 2> parsePoint(const std::string& text);
+
 /// Reads "WIDTHxHEIGHT".
 /// Throws: `UsageError` for anything but two whole numbers from 1 to 16384.
 std::array<int, 2> parseSize(const std::string& text);

@@ -1,9 +1,12 @@
 #pragma once
 
+#include <apps/support/outputs.h>
 #include <apps/support/scene_session.h>
 
+#include <vesk/framework/hydra_renderer/picking_result.h>
 #include <vesk/framework/usd_viewport/viewport_model.h>
 
+#include <array>
 #include <functional>
 #include <memory>
 #include <string>
@@ -62,6 +65,16 @@ public:
     /// Throws: `JobError` with the file and the reason, also when the user has asked to stop.
     void capture(const std::filesystem::path& file, const std::string& aov, bool transparent,
                  std::optional<PXR_NS::GfVec4f> clearColor, int samples);
+
+    /// Renders several outputs of one frame and writes each to its file.
+    /// \param samples samples per pixel, 0 for the renderer's default
+    /// Throws: `JobError` with the file and the reason, also when the user has asked to stop.
+    void captureAll(const std::vector<Output>& outputs, bool transparent,
+                    std::optional<PXR_NS::GfVec4f> clearColor, int samples);
+
+    /// Finds what lies under a point, or nearest to it within a radius, all in logical pixels.
+    /// Throws: `JobError` with the reason.
+    vesk::framework::hydra_renderer::PickingResult pick(const std::array<float, 2>& at, float radius);
 
     /// Who is told about the progress of pictures from now on; may be empty.
     void setProgress(PictureProgress progress);

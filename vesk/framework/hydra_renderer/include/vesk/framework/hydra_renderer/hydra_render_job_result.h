@@ -20,7 +20,7 @@ struct VESK_FRAMEWORK_HYDRA_RENDERER_EXPORT HydraRenderJobResult
     /// Whether all samples that were asked for are in the image.
     bool converged = false;
 
-    /// Samples per pixel that the image holds.
+    /// Samples per pixel that the image holds; 0 where its pixels share samples in blocks.
     int samples = 0;
 
     /// Width and height of the image in physical pixels.
