@@ -243,6 +243,24 @@ TEST(CrateErrors, ValuesThatMultiplyAreLimited)
     EXPECT_NE(errors[0].find("a value holds more values than the file has room for"), std::string::npos);
 }
 
+TEST(CrateErrors, ValuesOfTypesThatAreNotReadAreLeftOut)
+{
+    // A spline, which later versions of the format know.
+    std::string error;
+    const SdfAbstractDataRefPtr data = readCrate(withValue(CrateBuilder::Rep(59, 88)).Build(), &error);
+    ASSERT_TRUE(data) << error;
+    EXPECT_FALSE(data->Has(SdfPath::AbsoluteRootPath(), TfToken("customData")));
+    EXPECT_TRUE(data->List(SdfPath::AbsoluteRootPath()).empty());
+}
+
+TEST(CrateErrors, ListsOfChildrenMustHoldNames)
+{
+    CrateBuilder builder = withValue(CrateBuilder::Rep(3, 7, false, true));
+    builder.tokens[3] = "primChildren";
+    EXPECT_EQ(errorOf(builder.Build()),
+              "the crate file is damaged: field \"primChildren\", byte 7: a list of names is expected");
+}
+
 TEST(CrateErrors, PackedBlocksThatAreTooSmallAreRefusedBeforeTheyAreUnpacked)
 {
     std::string sound = crateOf("def \"A\" { float f = 1; }\n");
