@@ -6,6 +6,9 @@
 #include <pxr/usd/sdf/primSpec.h>
 #include <pxr/usd/sdf/relationshipSpec.h>
 #include <pxr/usd/sdf/schema.h>
+#include <pxr/usd/usd/usdFileFormat.h>
+#include <pxr/usd/usd/usdaFileFormat.h>
+#include <pxr/usd/usd/usdcFileFormat.h>
 
 using namespace sdf_tests;
 
@@ -144,6 +147,19 @@ TEST(UsdFiles, TheFormatArgumentTellsTheirContent)
     EXPECT_EQ(errors.Take(),
               std::vector<std::string>{"'format' argument was 'usdx', must be 'usda' or 'usdc'. "
                                        "Defaulting to 'usdc'."});
+}
+
+TEST(UsdFiles, TellTheFormatOfTheirContent)
+{
+    const TemporaryDirectory directory;
+    const std::string arg = UsdUsdFileFormatTokens->FormatArg.GetString();
+    const SdfLayerRefPtr text = SdfLayer::CreateNew(directory.File("a.usd"), {{arg, "usda"}});
+    const SdfLayerRefPtr crate = SdfLayer::CreateNew(directory.File("b.usd"));
+    EXPECT_EQ(UsdUsdFileFormat::GetUnderlyingFormatForLayer(*get_pointer(text)), UsdUsdaFileFormatTokens->Id);
+    EXPECT_EQ(UsdUsdFileFormat::GetUnderlyingFormatForLayer(*get_pointer(crate)),
+              UsdUsdcFileFormatTokens->Id);
+    const SdfLayerRefPtr other = SdfLayer::CreateAnonymous("c.usdc");
+    EXPECT_EQ(UsdUsdFileFormat::GetUnderlyingFormatForLayer(*get_pointer(other)), TfToken());
 }
 
 TEST(UsdFiles, AreSavedAsTheyWere)

@@ -1,0 +1,15 @@
+#pragma once
+
+/// Layers in zip packages: the names of the format.
+
+#include <pxr/base/tf/staticTokens.h>
+#include <pxr/pxr.h>
+#include <pxr/usd/usd/api.h>
+
+PXR_NAMESPACE_OPEN_SCOPE
+
+#define USD_USDZ_FILE_FORMAT_TOKENS ((Id, "usdz"))((Version, "1.0"))((Target, "usd"))
+
+TF_DECLARE_PUBLIC_TOKENS(UsdUsdzFileFormatTokens, USD_API, USD_USDZ_FILE_FORMAT_TOKENS);
+
+PXR_NAMESPACE_CLOSE_SCOPE
