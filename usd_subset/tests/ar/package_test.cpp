@@ -108,8 +108,7 @@ TEST_F(Packages, FindFilesByTheirExactNames)
 {
     const UsdZipFile package = UsdZipFile::Open(Pack("a.usdz", {"main.usda", "sub/part.usda"}));
     EXPECT_EQ(*package.Find("sub/part.usda"), "sub/part.usda");
-    for (const char* name :
-         {"part.usda", "sub/../main.usda", "./main.usda", "MAIN.usda", "../main.usda"}) {
+    for (const char* name : {"part.usda", "sub/../main.usda", "./main.usda", "MAIN.usda", "../main.usda"}) {
         EXPECT_EQ(package.Find(name), package.end()) << name;
         const std::string path = File("a.usdz") + "[" + name + "]";
         EXPECT_TRUE(ArGetResolver().Resolve(path).IsEmpty()) << name;
@@ -252,10 +251,11 @@ TEST_F(Packages, ThatAreDamagedAreOneErrorEach)
     packed[8] = 8;
     Write("packed.usdz", packed);
     EXPECT_FALSE(SdfLayer::FindOrOpen(File("packed.usdz")));
-    EXPECT_EQ(TakeErrors().at(0),
-              "Cannot open @" + File("packed.usdz") +
-                  "[main.usda]@: it is compressed, and only files that are stored as they "
-                  "are can be read");
+    const std::string inside = File("packed.usdz") + "[main.usda]";
+    const std::string why = "@: it is compressed, and only files that are stored as they are can be read";
+    EXPECT_EQ(TakeErrors(), std::vector<std::string>{"Cannot read layer @" + inside + why});
+    EXPECT_FALSE(ArGetResolver().OpenAsset(ArResolvedPath(inside)));
+    EXPECT_EQ(TakeErrors(), std::vector<std::string>{"Cannot open @" + inside + why});
 }
 
 TEST_F(Packages, CutAnywhereAreReadOrOneError)

@@ -1,6 +1,5 @@
 #include "pxr/usd/ar/package.h"
 
-#include <pxr/base/tf/diagnostic.h>
 #include <pxr/usd/ar/filesystemAsset.h>
 #include <pxr/usd/ar/packageUtils.h>
 #include <pxr/usd/ar/resolver.h>
@@ -137,10 +136,8 @@ Ar_Package Ar_OpenPackage(const std::string& packagePath, std::string* whyNot)
         *whyNot = "packages that lie in more than " + std::to_string(kMaxNesting) + " others are not read";
         return package;
     }
-    errno = 0;
-    const std::shared_ptr<ArAsset> asset = ArGetResolver().OpenAsset(ArResolvedPath(packagePath));
+    const std::shared_ptr<ArAsset> asset = Ar_OpenAsset(packagePath, whyNot);
     if (!asset) {
-        *whyNot = errno != 0 ? std::strerror(errno) : "it cannot be opened";
         return package;
     }
     const Stamp stamp = stampOf(*asset);
@@ -160,19 +157,27 @@ Ar_Package Ar_OpenPackage(const std::string& packagePath, std::string* whyNot)
     return package;
 }
 
-std::shared_ptr<ArAsset> Ar_OpenPackagedAsset(const std::string& packageRelativePath)
+std::shared_ptr<ArAsset> Ar_OpenAsset(const std::string& resolvedPath, std::string* whyNot)
 {
-    const std::pair<std::string, std::string> parts = ArSplitPackageRelativePathInner(packageRelativePath);
-    std::string whyNot;
+    if (!ArIsPackageRelativePath(resolvedPath)) {
+        errno = 0;
+        std::shared_ptr<ArAsset> asset = ArFilesystemAsset::Open(ArResolvedPath(resolvedPath));
+        *whyNot = asset ? "" : errno != 0 ? std::strerror(errno) : "it is not a regular file";
+        return asset;
+    }
+    const std::pair<std::string, std::string> parts = ArSplitPackageRelativePathInner(resolvedPath);
+    *whyNot = "its package is no usdz file";
     const Ar_Package package =
-        Ar_IsPackagePath(parts.first) ? Ar_OpenPackage(parts.first, &whyNot) : Ar_Package();
-    const Ar_ZipEntry* entry = package.asset ? Ar_FindZipEntry(*package.entries, parts.second) : nullptr;
-    if (!entry) {
+        Ar_IsPackagePath(parts.first) ? Ar_OpenPackage(parts.first, whyNot) : Ar_Package();
+    if (!package.asset) {
         return nullptr;
     }
-    if (entry->method != 0 || entry->isEncrypted) {
-        TF_RUNTIME_ERROR("Cannot open @%s@: it is %s, and only files that are stored as they are can be read",
-                         packageRelativePath.c_str(), entry->isEncrypted ? "encrypted" : "compressed");
+    const Ar_ZipEntry* entry = Ar_FindZipEntry(*package.entries, parts.second);
+    if (!entry || entry->method != 0 || entry->isEncrypted) {
+        *whyNot = !entry ? "there is no such file in the package"
+                  : entry->isEncrypted
+                      ? "it is encrypted, and only files that are stored as they are can be read"
+                      : "it is compressed, and only files that are stored as they are can be read";
         return nullptr;
     }
     return std::make_shared<PackagedAsset>(package.asset, *entry);

@@ -26,7 +26,7 @@ struct Ar_Package
 AR_API Ar_Package Ar_OpenPackage(const std::string& packagePath, std::string* whyNot);
 /// Says whether a path names a file that can be opened as a package.
 AR_API bool Ar_IsPackagePath(const std::string& path);
-/// Opens a file inside a package; null where there is none, or where it is packed or encrypted.
-AR_API std::shared_ptr<ArAsset> Ar_OpenPackagedAsset(const std::string& packageRelativePath);
+/// Opens a file, which may lie in a package; null, with the reason, where there is none or it cannot be read.
+AR_API std::shared_ptr<ArAsset> Ar_OpenAsset(const std::string& resolvedPath, std::string* whyNot);
 
 PXR_NAMESPACE_CLOSE_SCOPE

@@ -1,6 +1,7 @@
 #include "pxr/usd/ar/package.h"
 #include "pxr/usd/ar/pathRules.h"
 
+#include <pxr/base/tf/diagnostic.h>
 #include <pxr/usd/ar/asset.h>
 #include <pxr/usd/ar/defaultResolver.h>
 #include <pxr/usd/ar/filesystemAsset.h>
@@ -223,8 +224,13 @@ ArTimestamp ArResolver::GetModificationTimestamp(const std::string&, const ArRes
 
 std::shared_ptr<ArAsset> ArResolver::OpenAsset(const ArResolvedPath& resolvedPath) const
 {
-    return ArIsPackageRelativePath(resolvedPath) ? Ar_OpenPackagedAsset(resolvedPath)
-                                                 : ArFilesystemAsset::Open(resolvedPath);
+    std::string whyNot;
+    std::shared_ptr<ArAsset> asset = Ar_OpenAsset(resolvedPath, &whyNot);
+    if (!asset && ArIsPackageRelativePath(resolvedPath) && !Resolve(resolvedPath).IsEmpty()) {
+        // It is there, so the caller would not guess why it cannot be opened.
+        TF_RUNTIME_ERROR("Cannot open @%s@: %s", resolvedPath.GetPathString().c_str(), whyNot.c_str());
+    }
+    return asset;
 }
 
 bool ArResolver::CanWriteAssetToPath(const ArResolvedPath& resolvedPath, std::string* whyNot) const

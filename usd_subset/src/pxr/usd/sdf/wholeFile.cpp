@@ -1,9 +1,8 @@
 #include "pxr/usd/sdf/wholeFile.h"
 
+#include "pxr/usd/ar/package.h"
 #include "pxr/usd/sdf/safeOutput.h"
 
-#include <pxr/base/tf/error.h>
-#include <pxr/base/tf/errorMark.h>
 #include <pxr/usd/ar/asset.h>
 #include <pxr/usd/ar/packageUtils.h>
 #include <pxr/usd/ar/resolver.h>
@@ -49,13 +48,9 @@ std::string reasonOf(int error) { return std::strerror(error); }
 // Reads a file that lies in a package.
 bool readPackaged(const std::string& path, std::string* bytes, std::string* whyNot)
 {
-    // Where the resolver says why, that is the reason, and not an error of its own.
-    TfErrorMark mark;
-    const std::shared_ptr<ArAsset> asset = ArGetResolver().OpenAsset(ArResolvedPath(path));
+    const std::shared_ptr<ArAsset> asset = Ar_OpenAsset(path, whyNot);
     if (!asset) {
-        const std::string why = mark.IsClean() ? std::string() : mark.begin()->GetCommentary();
-        mark.Clear();
-        return fail(whyNot, why.empty() ? "there is no such file in the package that could be read" : why);
+        return false;
     }
     try {
         bytes->resize(asset->GetSize());

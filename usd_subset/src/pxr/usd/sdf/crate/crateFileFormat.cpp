@@ -1,5 +1,6 @@
 #include "pxr/usd/sdf/crate/crateFileFormat.h"
 
+#include "pxr/usd/ar/package.h"
 #include "pxr/usd/sdf/crate/crateData.h"
 #include "pxr/usd/sdf/crate/crateWriter.h"
 #include "pxr/usd/sdf/fileFormatRegistry.h"
@@ -7,10 +8,6 @@
 
 #include <pxr/base/tf/diagnostic.h>
 #include <pxr/usd/ar/asset.h>
-#include <pxr/usd/ar/resolver.h>
-
-#include <cerrno>
-#include <cstring>
 
 PXR_NAMESPACE_OPEN_SCOPE
 
@@ -39,12 +36,11 @@ bool Sdf_CrateFileFormat::CanRead(const std::string& file) const
 
 bool Sdf_CrateFileFormat::Read(SdfLayer* layer, const std::string& resolvedPath, bool) const
 {
-    errno = 0;
-    const std::shared_ptr<ArAsset> asset = ArGetResolver().OpenAsset(ArResolvedPath(resolvedPath));
-    if (!asset) {
-        return Sdf_PostReadError(resolvedPath, errno != 0 ? std::strerror(errno) : "it cannot be opened");
-    }
     std::string error;
+    const std::shared_ptr<ArAsset> asset = Ar_OpenAsset(resolvedPath, &error);
+    if (!asset) {
+        return Sdf_PostReadError(resolvedPath, error);
+    }
     SdfAbstractDataRefPtr data = Sdf_ReadCrate(resolvedPath, asset, Sdf_CrateLimits(), &error);
     if (!data) {
         return Sdf_PostReadError(resolvedPath, error);
