@@ -146,7 +146,7 @@ TEST_F(NavigationTest, OrbitOnAViewportWithoutASizeUsesTheNaNAsItComes)
     }
 }
 
-TEST_F(NavigationTest, MillionsOfOrbitsKeepTheAxesOrthonormal)
+TEST_F(NavigationTest, ManyOrbitsKeepTheAxesOrthonormal)
 {
     for (int step = 0; step < 20000; ++step)
         model->orbitCameraUsingDeltaAngles(0.37f, 0.21f, "label");
