@@ -60,7 +60,7 @@ struct Session
         file = std::filesystem::temp_directory_path() / "vesk_latency_bench.usda";
         makeSheet(707)->GetRootLayer()->Export(file.string());
         document = UsdDocument::open(file);
-        renderer = HydraRenderer::create(document->getEventBus(), document, nullptr, kRendererId, {},
+        renderer = HydraRenderer::create(document->getEventBus().get(), document, nullptr, kRendererId, {},
                                          GfVec2i(1280, 720), 1, true, true, true, {},
                                          [this](bool) { watch.onImage(); });
         renderer->setCamera(makeCamera(1.9));
