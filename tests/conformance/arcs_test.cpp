@@ -102,6 +102,20 @@ TEST(Sublayers, AreWeakerThanTheLayerAndStrongInTheirOrder)
     EXPECT_THAT(scene.GetPrimStack("/P"), ElementsAre("root /P", "a /P", "c /P", "b /P"));
 }
 
+TEST(Sublayers, IncludedTwiceCountTwiceWithTheStrongestPlacesOffset)
+{
+    const Scene scene(
+        {{"root.usda", "( subLayers = [@a.usda@ ( offset = 5 ), @b.usda@] )\ndef \"Q\" {}"},
+         {"a.usda", "( subLayers = [@b.usda@] )"},
+         {"b.usda", "def \"P\" ( prepend references = </Q> ) { double d.timeSamples = { 1: 1 } }"}});
+    EXPECT_THAT(scene.GetPrimStack("/P"), ElementsAre("b /P", "b /P", "root /Q"));
+    std::vector<double> offsets;
+    for (const auto& [spec, offset] : scene.GetPrim("/P").GetPrimStackWithLayerOffsets()) {
+        offsets.push_back(offset.GetOffset());
+    }
+    EXPECT_THAT(offsets, ElementsAre(5, 5, 5));
+}
+
 TEST(Sublayers, ThatIncludeEachOtherOrAreMissingAreLeftOut)
 {
     const Scene scene({{"root.usda", "( subLayers = [@a.usda@, @gone.usda@] )\nover \"P\" {}"},

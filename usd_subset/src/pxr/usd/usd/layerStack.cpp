@@ -79,7 +79,9 @@ void Usd_LayerStack::_Add(const SdfLayerRefPtr& layer, const SdfLayerOffset& off
         loading.isTooLarge = true;
         return;
     }
-    _entries.push_back({layer, offset});
+    // A layer that is included several times has its strongest place's offset everywhere.
+    const Entry* const stronger = FindEntry(get_pointer(layer));
+    _entries.push_back({layer, stronger ? stronger->offset : offset});
     loading.open.push_back(get_pointer(layer));
     const std::vector<std::string> paths = layer->GetSubLayerPaths();
     const SdfLayerOffsetVector offsets = layer->GetSubLayerOffsets();
