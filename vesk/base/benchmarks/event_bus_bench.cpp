@@ -3,6 +3,7 @@
 #include <vector>
 
 #include <benchmark/benchmark.h>
+#include <tests/benchmarking/rounds.h>
 
 #include <vesk/base/event_bus.h>
 
@@ -15,39 +16,40 @@ struct Event
     int value = 1;
 };
 
+constexpr int kCalls = 20'000; // of listeners in a turn
+
 void sendEvent(benchmark::State& state)
 {
+    const auto listenerCount = static_cast<int>(state.range(0));
+    const int sends = kCalls / listenerCount;
     EventBus bus;
-    long sum = 0;
-    for (int i = 0; i < state.range(0); ++i)
+    long busSum = 0;
+    long bareSum = 0;
+    std::vector<EventBus::Listener> bare;
+    for (int i = 0; i < listenerCount; ++i) {
         bus.subscribeListener(
-            [&sum](const std::any& event) { sum += std::any_cast<const Event&>(event).value; });
-    const std::any event = Event{};
-    for (auto _ : state)
-        bus.sendEvent(event);
-    if (sum != static_cast<long>(state.iterations()) * state.range(0))
-        state.SkipWithError("an event was lost");
-    state.counters["ns/listener"] = benchmark::Counter(
-        static_cast<double>(state.iterations()) * static_cast<double>(state.range(0)) * 1e-9,
-        benchmark::Counter::kIsRate | benchmark::Counter::kInvert);
-}
-BENCHMARK(sendEvent)->Arg(1)->Arg(10)->Arg(1000);
-
-void bareLoop(benchmark::State& state)
-{
-    std::vector<std::function<void(const std::any&)>> listeners;
-    long sum = 0;
-    for (int i = 0; i < state.range(0); ++i)
-        listeners.emplace_back(
-            [&sum](const std::any& event) { sum += std::any_cast<const Event&>(event).value; });
-    const std::any event = Event{};
-    for (auto _ : state) {
-        benchmark::DoNotOptimize(listeners.data());
-        for (const auto& listener : listeners)
-            listener(event);
+            [&busSum](const std::any& event) { busSum += std::any_cast<const Event&>(event).value; });
+        bare.emplace_back(
+            [&bareSum](const std::any& event) { bareSum += std::any_cast<const Event&>(event).value; });
     }
-    if (sum != static_cast<long>(state.iterations()) * state.range(0)) state.SkipWithError("a call was lost");
+    const std::any event = Event{};
+    const double goal = 50.0 + 20.0 * listenerCount;
+    vesk::tests::compare(
+        state, static_cast<std::size_t>(sends), vesk::tests::Goal{0.0, goal},
+        [&] {
+            for (int i = 0; i < sends; ++i)
+                bus.sendEvent(event);
+        },
+        [&] {
+            for (int i = 0; i < sends; ++i) {
+                benchmark::DoNotOptimize(bare.data());
+                for (const EventBus::Listener& listener : bare)
+                    listener(event);
+            }
+        });
+    const long expected = (static_cast<long>(state.iterations()) + 1) * sends * listenerCount;
+    if (busSum != expected || bareSum != expected) state.SkipWithError("an event was lost");
 }
-BENCHMARK(bareLoop)->Arg(1)->Arg(10)->Arg(1000);
+BENCHMARK(sendEvent)->Arg(1)->Arg(10)->Arg(100)->Arg(1000)->Iterations(300)->UseManualTime();
 
 } // namespace

@@ -4,6 +4,7 @@
 #include <mutex>
 
 #include <benchmark/benchmark.h>
+#include <tests/benchmarking/rounds.h>
 
 #include <vesk/base/future.h>
 
@@ -11,23 +12,19 @@ using namespace vesk::base;
 
 namespace {
 
-constexpr int kLinks = 100'000;
+constexpr int kLinks = 1'000'000;
 constexpr int kTasks = 100'000;
 
-/// A chain of continuations on the default pool: made, then run from end to end.
-void chainLink(benchmark::State& state)
+/// A chain of continuations on the default pool: made, then run from end to end. True when no link was lost.
+bool runChain()
 {
-    for (auto _ : state) {
-        Promise<int> promise;
-        Future<int> future = promise.getFuture();
-        for (int i = 0; i < kLinks; ++i)
-            future = future.then([](int value) { return value + 1; });
-        promise.setValue(0);
-        if (future.get() != kLinks) state.SkipWithError("a link was lost");
-    }
-    state.SetItemsProcessed(state.iterations() * kLinks);
+    Promise<int> promise;
+    Future<int> future = promise.getFuture();
+    for (int i = 0; i < kLinks; ++i)
+        future = future.then([](int value) { return value + 1; });
+    promise.setValue(0);
+    return future.get() == kLinks;
 }
-BENCHMARK(chainLink)->Unit(benchmark::kMillisecond)->UseRealTime();
 
 /// The same callables as bare work: made, then posted to the same pool, each when the one before has run.
 struct BareChain
@@ -46,23 +43,30 @@ struct BareChain
     }
 };
 
-void barePost(benchmark::State& state)
+bool runBareChain()
 {
-    for (auto _ : state) {
-        BareChain chain;
-        chain.links.reserve(kLinks);
-        for (int i = 0; i < kLinks; ++i)
-            chain.links.emplace_back([&chain] {
-                chain.value = chain.value + 1;
-                chain.postNext();
-            });
-        chain.postNext();
-        chain.end.getFuture().get();
-        if (chain.value != kLinks) state.SkipWithError("a link was lost");
-    }
-    state.SetItemsProcessed(state.iterations() * kLinks);
+    BareChain chain;
+    chain.links.reserve(kLinks);
+    for (int i = 0; i < kLinks; ++i)
+        chain.links.emplace_back([&chain] {
+            chain.value = chain.value + 1;
+            chain.postNext();
+        });
+    const Future<void> end = chain.end.getFuture();
+    chain.postNext();
+    end.get();
+    return chain.value == kLinks;
 }
-BENCHMARK(barePost)->Unit(benchmark::kMillisecond)->UseRealTime();
+
+void chainLink(benchmark::State& state)
+{
+    bool complete = true;
+    vesk::tests::compare(
+        state, kLinks, vesk::tests::Goal{2.0, 0.0}, [&] { complete = runChain() && complete; },
+        [&] { complete = runBareChain() && complete; });
+    if (!complete) state.SkipWithError("a link was lost");
+}
+BENCHMARK(chainLink)->Iterations(12)->UseManualTime();
 
 /// Tasks queued under a lock, run, and their futures read.
 template <class Task>
@@ -92,44 +96,41 @@ private:
     std::deque<Task> m_tasks;
 };
 
+/// Makes tasks with their futures, runs them and reads the futures. True when each gave its number.
+template <class Task, class FutureOf>
+bool runTasks(FutureOf futureOf)
+{
+    LockedDeque<Task> deque;
+    std::vector<decltype(futureOf(std::declval<Task&>()))> futures;
+    futures.reserve(kTasks);
+    for (int i = 0; i < kTasks; ++i) {
+        Task task([i] { return i; });
+        futures.push_back(futureOf(task));
+        deque.push(std::move(task));
+    }
+    while (deque.runOne()) {
+    }
+    bool complete = true;
+    for (int i = 0; i < kTasks; ++i)
+        complete = futures[static_cast<std::size_t>(i)].get() == i && complete;
+    return complete;
+}
+
 void packagedTask(benchmark::State& state)
 {
-    for (auto _ : state) {
-        LockedDeque<PackagedTask<int()>> deque;
-        std::vector<Future<int>> futures;
-        futures.reserve(kTasks);
-        for (int i = 0; i < kTasks; ++i) {
-            PackagedTask<int()> task([i] { return i; });
-            futures.push_back(task.getFuture());
-            deque.push(std::move(task));
-        }
-        while (deque.runOne()) {
-        }
-        for (int i = 0; i < kTasks; ++i)
-            if (futures[i].get() != i) state.SkipWithError("a task was lost");
-    }
-    state.SetItemsProcessed(state.iterations() * kTasks);
+    bool complete = true;
+    vesk::tests::compare(
+        state, kTasks, vesk::tests::Goal{2.0, 0.0},
+        [&] {
+            const auto futureOf = [](PackagedTask<int()>& task) { return task.getFuture(); };
+            complete = runTasks<PackagedTask<int()>>(futureOf) && complete;
+        },
+        [&] {
+            const auto futureOf = [](std::packaged_task<int()>& task) { return task.get_future(); };
+            complete = runTasks<std::packaged_task<int()>>(futureOf) && complete;
+        });
+    if (!complete) state.SkipWithError("a task was lost");
 }
-BENCHMARK(packagedTask)->Unit(benchmark::kMillisecond);
-
-void standardPackagedTask(benchmark::State& state)
-{
-    for (auto _ : state) {
-        LockedDeque<std::packaged_task<int()>> deque;
-        std::vector<std::future<int>> futures;
-        futures.reserve(kTasks);
-        for (int i = 0; i < kTasks; ++i) {
-            std::packaged_task<int()> task([i] { return i; });
-            futures.push_back(task.get_future());
-            deque.push(std::move(task));
-        }
-        while (deque.runOne()) {
-        }
-        for (int i = 0; i < kTasks; ++i)
-            if (futures[i].get() != i) state.SkipWithError("a task was lost");
-    }
-    state.SetItemsProcessed(state.iterations() * kTasks);
-}
-BENCHMARK(standardPackagedTask)->Unit(benchmark::kMillisecond);
+BENCHMARK(packagedTask)->Iterations(40)->UseManualTime();
 
 } // namespace

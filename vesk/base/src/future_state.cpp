@@ -18,9 +18,9 @@ struct TellQueue
 
     void append(Continuation& continuation) noexcept
     {
-        continuation.nextContinuation = nullptr;
+        continuation.next = nullptr;
         if (last)
-            last->nextContinuation = &continuation;
+            last->next = &continuation;
         else
             first = &continuation;
         last = &continuation;
@@ -31,7 +31,7 @@ struct TellQueue
         if (telling) return;
         telling = true;
         while (Continuation* continuation = first) {
-            first = continuation->nextContinuation;
+            first = continuation->nextContinuation();
             if (!first) last = nullptr;
             continuation->onSourceComplete();
         }
@@ -45,7 +45,11 @@ thread_local TellQueue t_tellQueue;
 class Waiter final : public Continuation
 {
 public:
-    Waiter() { blocksThread = true; }
+    Waiter() { source = waitingThread(); }
+
+    // No executor ever queues it.
+    void run() noexcept override {}
+    void abandon() noexcept override {}
 
     void onSourceComplete() noexcept override
     {
@@ -87,15 +91,22 @@ private:
 
 StateBase::~StateBase() = default;
 
-void StateBase::complete() noexcept
+void StateBase::complete() noexcept { _tell(false); }
+
+void StateBase::completeAndDrop() noexcept
+{
+    if (!_tell(true)) dropReference();
+}
+
+bool StateBase::_tell(bool giveReference) noexcept
 {
     VESK_SYNC_POINT("future.complete");
     Continuation* newestFirst = m_waiting.exchange(completeMark(), std::memory_order_acq_rel);
-    if (!newestFirst) return;
+    if (!newestFirst) return false;
     Continuation* oldestFirst = nullptr;
     while (newestFirst) {
-        Continuation* next = newestFirst->nextContinuation;
-        newestFirst->nextContinuation = oldestFirst;
+        Continuation* next = newestFirst->nextContinuation();
+        newestFirst->next = oldestFirst;
         oldestFirst = newestFirst;
         newestFirst = next;
     }
@@ -103,15 +114,18 @@ void StateBase::complete() noexcept
     TellQueue& queue = t_tellQueue;
     while (oldestFirst) {
         Continuation& continuation = *oldestFirst;
-        oldestFirst = continuation.nextContinuation;
-        addReference();
+        oldestFirst = continuation.nextContinuation();
+        const bool blocksThread = continuation.blocksThread();
+        if (oldestFirst || !giveReference) addReference();
         continuation.source = this;
-        if (continuation.blocksThread)
+        if (blocksThread)
             continuation.onSourceComplete();
         else
             queue.append(continuation);
     }
+    // From here on this may be gone.
     queue.tellAll();
+    return giveReference;
 }
 
 void StateBase::attach(Continuation& continuation) noexcept
@@ -119,14 +133,15 @@ void StateBase::attach(Continuation& continuation) noexcept
     Continuation* head = m_waiting.load(std::memory_order_acquire);
     while (head != completeMark()) {
         VESK_SYNC_POINT("future.attach");
-        continuation.nextContinuation = head;
+        continuation.next = head;
         if (m_waiting.compare_exchange_weak(head, &continuation, std::memory_order_acq_rel,
                                             std::memory_order_acquire))
             return;
     }
+    const bool blocksThread = continuation.blocksThread();
     addReference();
     continuation.source = this;
-    if (continuation.blocksThread) {
+    if (blocksThread) {
         continuation.onSourceComplete();
         return;
     }

@@ -10,6 +10,7 @@
 #include <pxr/usd/sdf/types.h>
 #include <pxr/usd/usd/attribute.h>
 #include <pxr/usd/usd/prim.h>
+#include <tests/benchmarking/rounds.h>
 
 #include <vesk/framework/usd_document/usd_document.h>
 
@@ -20,22 +21,6 @@ namespace {
 
 constexpr int kTasks = 100'000;
 using Context = UsdDocument::ExecContext;
-
-void documentTasks(benchmark::State& state)
-{
-    const auto document = UsdDocument::create();
-    std::vector<vesk::base::Future<int>> futures;
-    for (auto _ : state) {
-        futures.clear();
-        futures.reserve(kTasks);
-        for (int i = 0; i < kTasks; ++i)
-            futures.push_back(document->read("computeBBox", [i](const Context&) { return i; }));
-        for (int i = 0; i < kTasks; ++i)
-            if (futures[i].get() != i) state.SkipWithError("a task was lost");
-    }
-    state.SetItemsProcessed(state.iterations() * kTasks);
-}
-BENCHMARK(documentTasks)->Unit(benchmark::kMillisecond)->UseRealTime();
 
 class BareQueue
 {
@@ -80,24 +65,35 @@ private:
     std::thread m_thread{[this] { run(); }};
 };
 
-void lockedDeque(benchmark::State& state)
+void documentTasks(benchmark::State& state)
 {
+    const auto document = UsdDocument::create();
     BareQueue queue;
-    std::vector<std::future<int>> futures;
-    for (auto _ : state) {
-        futures.clear();
-        futures.reserve(kTasks);
-        for (int i = 0; i < kTasks; ++i) {
-            std::packaged_task<int()> task([i] { return i; });
-            futures.push_back(task.get_future());
-            queue.push(std::move(task));
-        }
-        for (int i = 0; i < kTasks; ++i)
-            if (futures[i].get() != i) state.SkipWithError("a task was lost");
-    }
-    state.SetItemsProcessed(state.iterations() * kTasks);
+    bool complete = true;
+    vesk::tests::compare(
+        state, kTasks, vesk::tests::Goal{2.0, 0.0},
+        [&] {
+            std::vector<vesk::base::Future<int>> futures;
+            futures.reserve(kTasks);
+            for (int i = 0; i < kTasks; ++i)
+                futures.push_back(document->read("computeBBox", [i](const Context&) { return i; }));
+            for (int i = 0; i < kTasks; ++i)
+                complete = futures[static_cast<std::size_t>(i)].get() == i && complete;
+        },
+        [&] {
+            std::vector<std::future<int>> futures;
+            futures.reserve(kTasks);
+            for (int i = 0; i < kTasks; ++i) {
+                std::packaged_task<int()> task([i] { return i; });
+                futures.push_back(task.get_future());
+                queue.push(std::move(task));
+            }
+            for (int i = 0; i < kTasks; ++i)
+                complete = futures[static_cast<std::size_t>(i)].get() == i && complete;
+        });
+    if (!complete) state.SkipWithError("a task was lost");
 }
-BENCHMARK(lockedDeque)->Unit(benchmark::kMillisecond)->UseRealTime();
+BENCHMARK(documentTasks)->Iterations(25)->UseManualTime();
 
 /// One attribute of one of many prims: an edit task, and the same call on the stage.
 UsdStageRefPtr stageWithPrims(std::int64_t count)
@@ -113,38 +109,34 @@ UsdStageRefPtr stageWithPrims(std::int64_t count)
 
 void editAndUndo(benchmark::State& state)
 {
+    constexpr int kEdits = 50; // in a turn
     DocumentOptions options;
     options.manual = true;
     const UsdStageRefPtr stage = stageWithPrims(state.range(0));
     const auto document = UsdDocument::attach(stage, options);
     const UsdAttribute size = stage->GetAttributeAtPath(SdfPath("/World/Prim0.size"));
     double value = 0.0;
-    for (auto _ : state) {
-        value += 1.0;
-        document->edit("set size", [&](const Context&) { size.Set(value); });
-        document->undo();
-        document->runPendingTasks();
-    }
+    vesk::tests::compare(
+        state, kEdits, vesk::tests::Goal{},
+        [&] {
+            for (int i = 0; i < kEdits; ++i) {
+                value += 1.0;
+                document->edit("set size", [&](const Context&) { size.Set(value); });
+                document->undo();
+                document->runPendingTasks();
+            }
+        },
+        [&] {
+            for (int i = 0; i < kEdits; ++i) {
+                value += 1.0;
+                size.Set(value);
+                size.Set(0.0);
+            }
+        });
     double end = -1.0;
     size.Get(&end);
     if (end != 0.0) state.SkipWithError("undo did not bring the value back");
 }
-BENCHMARK(editAndUndo)->Arg(1)->Arg(1000)->Arg(10000);
-
-void bareEditTwice(benchmark::State& state)
-{
-    const UsdStageRefPtr stage = stageWithPrims(state.range(0));
-    const UsdAttribute size = stage->GetAttributeAtPath(SdfPath("/World/Prim0.size"));
-    double value = 0.0;
-    for (auto _ : state) {
-        value += 1.0;
-        size.Set(value);
-        size.Set(0.0);
-    }
-    double end = -1.0;
-    size.Get(&end);
-    if (end != 0.0) state.SkipWithError("the value was lost");
-}
-BENCHMARK(bareEditTwice)->Arg(1)->Arg(1000)->Arg(10000);
+BENCHMARK(editAndUndo)->Arg(1)->Arg(1000)->Arg(10000)->Iterations(300)->UseManualTime();
 
 } // namespace

@@ -25,7 +25,7 @@ decltype(auto) callWithValue(F& function, State<T>& source)
 /// References: it is made with two, one for the list (later the executor's queue) and one for the first
 /// future.
 template <class T, class R, class F>
-class ContinuationState : public State<R>, public Continuation, public WorkNode
+class ContinuationState : public State<R>, public Continuation
 {
 public:
     using ResultType = R;
@@ -39,8 +39,7 @@ public:
         if (passesErrorOn() && source->error()) {
             std::exception_ptr error = source->error();
             letGo();
-            this->completeWithError(std::move(error));
-            this->dropReference();
+            this->completeWithErrorAndDrop(std::move(error));
             return;
         }
         try {
@@ -55,8 +54,7 @@ public:
     void abandon() noexcept final
     {
         letGo();
-        this->completeWithError(brokenPromise());
-        this->dropReference();
+        this->completeWithErrorAndDrop(brokenPromise());
     }
 
 protected:
@@ -78,13 +76,11 @@ protected:
         } catch (...) {
             std::exception_ptr error = std::current_exception();
             letGo();
-            this->completeWithError(std::move(error));
-            this->dropReference();
+            this->completeWithErrorAndDrop(std::move(error));
             return;
         }
         letGo();
-        this->complete();
-        this->dropReference();
+        this->completeAndDrop();
     }
 
 private:

@@ -15,21 +15,26 @@ namespace vesk::base::detail {
 
 class StateBase;
 
-/// Something that waits for a state. It is told once, on the completing thread, and then ends its own life.
-class Continuation
+/// Something that waits for a state. It is told once, on the completing thread, and then ends its own life or
+/// goes on as the work that an executor queues: the link to the next one serves both, one after the other.
+class VESK_BASE_EXPORT Continuation : public WorkNode
 {
 public:
     /// The source is complete; it is referenced, and the continuation gives that reference back.
     virtual void onSourceComplete() noexcept = 0;
 
-    Continuation* nextContinuation = nullptr;
-    StateBase* source = nullptr;
-
     /// A thread waits behind this one: it is told at once, before continuations that queue up.
-    bool blocksThread = false;
+    bool blocksThread() const noexcept { return source == waitingThread(); }
+
+    Continuation* nextContinuation() const noexcept { return static_cast<Continuation*>(next); }
+
+    /// The state, once it is complete; until then waitingThread() where a thread waits.
+    StateBase* source = nullptr;
 
 protected:
     ~Continuation() = default;
+
+    static StateBase* waitingThread() noexcept { return reinterpret_cast<StateBase*>(std::uintptr_t{1}); }
 };
 
 /// The shared state of a future without its value: reference count, error, executor, and the list of those
@@ -49,7 +54,10 @@ public:
     void addReference() noexcept { m_references.fetch_add(1, std::memory_order_relaxed); }
     void dropReference() noexcept
     {
-        if (m_references.fetch_sub(1, std::memory_order_acq_rel) == 1) delete this;
+        // Who holds the only reference needs no atomic subtraction: nobody can add one.
+        if (m_references.load(std::memory_order_acquire) == 1 ||
+            m_references.fetch_sub(1, std::memory_order_acq_rel) == 1)
+            delete this;
     }
 
     bool isComplete() const noexcept { return m_waiting.load(std::memory_order_acquire) == completeMark(); }
@@ -70,6 +78,15 @@ public:
     /// Publishes the value or error that was stored before and tells those who wait.
     void complete() noexcept;
 
+    /// The same, and gives a reference of the caller's back: to the last of those who wait, where there are
+    /// any.
+    void completeAndDrop() noexcept;
+    void completeWithErrorAndDrop(std::exception_ptr error) noexcept
+    {
+        m_error = std::move(error);
+        completeAndDrop();
+    }
+
     /// Takes over the continuation; tells it at once when the state is complete.
     void attach(Continuation& continuation) noexcept;
 
@@ -80,6 +97,9 @@ protected:
     virtual ~StateBase();
 
 private:
+    /// True when the last of those who wait was given a reference of the caller's.
+    bool _tell(bool giveReference) noexcept;
+
     static Continuation* completeMark() noexcept
     {
         return reinterpret_cast<Continuation*>(std::uintptr_t{1});
