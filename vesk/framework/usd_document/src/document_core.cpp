@@ -199,7 +199,7 @@ public:
     {
         if (m_queued.type != TaskType::Edit) return true;
         try {
-            const UsdEditTarget target = m_core._resolve(m_queued.editTarget);
+            const UsdEditTarget target = m_core._resolve(*m_queued.editTarget);
             m_core.m_recorder.watch(m_core.m_stage, target.GetLayer());
             m_core.m_recorder.begin();
             m_target.emplace(m_core.m_stage, target);

@@ -6,6 +6,7 @@
 #include <list>
 #include <memory>
 #include <mutex>
+#include <optional>
 #include <string>
 #include <thread>
 #include <variant>
@@ -36,7 +37,7 @@ public:
         std::unique_ptr<UsdDocument::Task> task;
         TaskType type = TaskType::Read;
         std::string label;
-        EditTarget editTarget;
+        std::optional<EditTarget> editTarget; ///< Of an edit.
         std::uint64_t group = 0;
         std::string groupLabel;
     };
@@ -62,6 +63,7 @@ public:
     std::size_t runPending();
     void waitUntilIdle() const;
     void setTaskObserver(UsdDocument::TaskObserver observer);
+    bool isObserved() const { return m_observed; }
     void notifyObserver(const UsdDocument::TaskRecord& record) const;
 
     void beginUndoGroup(const std::string& label);

@@ -159,8 +159,9 @@ void UsdDocument::_addTask(std::unique_ptr<Task>&& task, TaskType type, const st
     queued.task = std::move(task);
     queued.type = type;
     queued.label = label;
-    queued.editTarget = editTarget;
-    m_core->notifyObserver(TaskRecord{type, label, stage, editTarget});
+    // Copying a target costs more than queueing does.
+    if (type == TaskType::Edit) queued.editTarget = editTarget;
+    if (m_core->isObserved()) m_core->notifyObserver(TaskRecord{type, label, stage, editTarget});
     m_core->post(std::move(queued));
 }
 
