@@ -49,6 +49,14 @@ TEST_F(Replay, LeavesTheFileAloneWhenTheSceneCannotBeOpened)
     EXPECT_EQ(text, "former");
 }
 
+TEST_F(Replay, TakesWholeNumbersThatAreWrittenWithAPoint)
+{
+    EXPECT_EQ(
+        replay(R"([{"op": "setViewportSize", "size": [640.0, -2]}, {"op": "viewportSize"}])")[1]["result"]
+            .dump(),
+        "[640,-2]");
+}
+
 TEST_F(Replay, EndsBetweenTwoTasksWhenTheUserInterrupts)
 {
     const apps::Interruption interruption;

@@ -33,13 +33,12 @@ bool readFlag(const Json& value, const std::string& what)
 
 int readInteger(const Json& value, const std::string& what)
 {
-    if (!value.is_number_integer()) refuse(what, "a whole number");
-    const bool fits = value.is_number_unsigned()
-                          ? value.get<std::uint64_t>() <= std::numeric_limits<int>::max()
-                          : value.get<std::int64_t>() >= std::numeric_limits<int>::min() &&
-                                value.get<std::int64_t>() <= std::numeric_limits<int>::max();
-    if (!fits) refuse(what, "a whole number of 32 bits");
-    return value.get<int>();
+    // Every whole number of 32 bits is a double; some writers of JSON give them a point.
+    const double number = value.is_number() ? value.get<double>() : 0.5;
+    if (std::trunc(number) != number) refuse(what, "a whole number");
+    if (number < std::numeric_limits<int>::min() || number > std::numeric_limits<int>::max())
+        refuse(what, "a whole number of 32 bits");
+    return static_cast<int>(number);
 }
 
 GfVec4f readColor(const Json& value, const std::string& what)

@@ -150,6 +150,17 @@ TEST(RackFocusArithmetic, NarrowsToFloatAtEachStep)
     EXPECT_DOUBLE_EQ(result.GetTransform()[3][2], -static_cast<double>(3.3f - result.GetFocusDistance()));
 }
 
+TEST(RackFocusArithmetic, MeasuresTheNewDistanceWithTheAngleNarrowedToFloat)
+{
+    GfCamera camera;
+    camera.SetProjection(GfCamera::Orthographic);
+    camera.SetFocusDistance(5.0f);
+    rackFocus(camera, 28.0f, 45.0f);
+    // tan(22.5 deg) * 5 = 2.0710678; the angle 2 atan(15.2908f / 56) as a float gives 7.5849395, not narrowed
+    // the next float.
+    EXPECT_EQ(camera.GetFocusDistance(), 0x1.e56fa6p+2f);
+}
+
 TEST(RackFocusArithmetic, KeepsTheRestOfTheLens)
 {
     GfCamera camera;

@@ -16,6 +16,9 @@ struct HasEquality<T, std::void_t<decltype(std::declval<const T&>() == std::decl
 {};
 static_assert(!HasEquality<LightingModel>::value);
 
+// Read by an initialiser of this file.
+const std::string textureSeenEarly = LightingModel().domeLightTexturePath();
+
 class LightingTest : public ViewportTest
 {
 protected:
@@ -37,6 +40,8 @@ TEST_F(LightingTest, StartsWithItsDefaults)
     EXPECT_FALSE(lighting.defaultLightingEnabled());
     EXPECT_TRUE(lighting.sceneLightingEnabled());
 }
+
+TEST_F(LightingTest, HasAnEmptyDefaultTextureBeforeAnythingIsInitialised) { EXPECT_EQ(textureSeenEarly, ""); }
 
 TEST_F(LightingTest, StoresWhatItIsGiven)
 {

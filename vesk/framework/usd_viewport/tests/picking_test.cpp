@@ -1,6 +1,9 @@
 #include "viewport_fixture.h"
 
+#include <algorithm>
+#include <array>
 #include <cmath>
+#include <tuple>
 
 namespace vesk::framework::usd_viewport::tests {
 namespace {
@@ -31,6 +34,8 @@ protected:
         result.secondaryPath = secondary;
         result.instanceIndex = 7;
         result.tertiaryPath = tertiary;
+        result.point = GfVec3d(1, 2, 3);
+        result.normal = GfVec3d(0, 0, 1);
         result.depth = 2.5;
         return result;
     }
@@ -41,9 +46,12 @@ protected:
         const Future<PrimPathPickingResult> future =
             model->getPrimPathsFromPointPicking(1, 2, 3, tertiary, secondary, expand, std::move(selectors));
         renderer->picks.back().setValue(result);
-        EXPECT_EQ(future.get().pickingResult.primPath, result.primPath);
-        EXPECT_EQ(future.get().pickingResult.instanceIndex, result.instanceIndex);
-        EXPECT_EQ(future.get().pickingResult.depth, result.depth);
+        const PickingResult raw = future.get().pickingResult;
+        EXPECT_EQ(std::tie(raw.hit, raw.primPath, raw.secondaryPath, raw.instanceIndex, raw.tertiaryPath),
+                  std::tie(result.hit, result.primPath, result.secondaryPath, result.instanceIndex,
+                           result.tertiaryPath));
+        EXPECT_EQ(std::tie(raw.point, raw.normal, raw.depth),
+                  std::tie(result.point, result.normal, result.depth));
         return future.get().primPaths;
     }
 };
@@ -74,6 +82,31 @@ TEST_F(PickingTest, PointsOutsideArePassedOn)
     model->setViewportSize(none);
     model->singlePointPicking(0, 0, 1);
     EXPECT_NE(renderer->take()[0].find("nan"), std::string::npos);
+    model->colorPicking(1, 300, TfToken("color"));
+    EXPECT_EQ(renderer->take(), std::vector<std::string>{"colorPicking inf 1200 color"});
+}
+
+TEST_F(PickingTest, APointIsDividedThenMultipliedInFloat)
+{
+    const int viewport[2] = {3, 7};
+    const int render[2] = {10, 30};
+    model->setViewportSize(viewport);
+    model->setRenderSize(render, 1.0f);
+    // 1 / 3 and 1 / 7 are rounded to 24 bits before they are multiplied: one unit in the last place above the
+    // floats nearest 10 / 3 and 30 / 7.
+    const std::array<float, 2> expected{0x1.aaaaacp+1f, 0x1.124926p+2f};
+    EXPECT_EQ(model->viewportToRenderCoordinates(1, 1), expected);
+}
+
+TEST_F(PickingTest, AFailedPickIsTheRenderersOwnFailure)
+{
+    const Future<PickingResult> point = model->singlePointPicking(1, 2, 3);
+    const Future<GfVec4f> color = model->colorPicking(1, 2, TfToken("color"));
+    const std::exception_ptr error = std::make_exception_ptr(std::runtime_error("device lost"));
+    renderer->picks.back().setError(error);
+    renderer->colors.back().setError(error);
+    EXPECT_EQ(point.error(), error);
+    EXPECT_EQ(color.error(), error);
 }
 
 TEST_F(PickingTest, TheRadiusIsScaledByTheRatioAlone)
@@ -136,6 +169,14 @@ TEST_F(PickingTest, AnInstanceIsNotItsInstancer)
 {
     const Selectors selection{Selector(SdfPath("/I"), 3)};
     EXPECT_EQ(picked(hit("/I", "", ""), false, false, true, selection), std::vector<std::string>{"/I"});
+}
+
+TEST_F(PickingTest, AnInstanceIsListedWhenAnotherMemberIsHit)
+{
+    const Selectors selection{Selector(SdfPath("/I"), 3), Selector(SdfPath("/A"))};
+    std::vector<std::string> paths = picked(hit("/A", "", ""), false, false, true, selection);
+    std::sort(paths.begin(), paths.end());
+    EXPECT_EQ(paths, (std::vector<std::string>{"/A", "/I"}));
 }
 
 TEST_F(PickingTest, AFailedPickFailsTheSelection)

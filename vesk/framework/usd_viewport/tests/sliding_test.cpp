@@ -107,6 +107,20 @@ TEST_F(NavigationTest, ZoomLeavesAFocusThatWouldNotStayInFront)
     }
 }
 
+TEST_F(NavigationTest, ZoomMovesNoFocusThatIsNotInFrontAlready)
+{
+    GfCamera camera = cameraAt(GfVec3d(0, 0, 10));
+    for (const float focus : {0.0f, -0.5f}) {
+        camera.SetFocusDistance(focus);
+        model->setGfCamera(camera, "");
+        model->setDistanceToCenter(10.0f);
+        // Backward by 1: the sum would be above 0.
+        model->zoomCamera(-100, 0, "label");
+        EXPECT_EQ(model->distanceToCenter(), 11.0f);
+        EXPECT_EQ(model->getGfCamera().GetFocusDistance(), focus);
+    }
+}
+
 TEST_F(NavigationTest, ZoomOfAnOrthographicCameraShrinksItsView)
 {
     GfCamera camera = cameraAt(GfVec3d(0, 0, 10));

@@ -65,6 +65,15 @@ TEST_F(FramingOrderTest, AsksForNoPartWhereTheWholeSceneIsFramedAndForNoDirectio
     EXPECT_EQ(namesOfCalls(), expected);
 }
 
+TEST_F(FramingOrderTest, FramesThePartsWhenTheRootIsAmongThemButNotTheFirst)
+{
+    const std::vector<SdfPath> paths{SdfPath("/Box"), SdfPath("/")};
+    frame(ViewDirection::Current, paths);
+    const std::vector<UtilityCall> calls = utils.take();
+    EXPECT_EQ(callOf(calls, "getSubSceneBounds").paths, paths);
+    EXPECT_EQ(callOf(calls, "getFramedBBoxGfCamera").bounds, kPart2);
+}
+
 TEST_F(FramingOrderTest, HoldsTheBoundsCacheForBothMeasurementsAndNoLonger)
 {
     watchBoundsCache();
