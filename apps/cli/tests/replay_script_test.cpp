@@ -4,6 +4,7 @@
 
 #include <apps/support/errors.h>
 #include <apps/support/interruption.h>
+#include <apps/support/renderers.h>
 
 #include <gmock/gmock.h>
 
@@ -59,6 +60,7 @@ TEST_F(Replay, TakesWholeNumbersThatAreWrittenWithAPoint)
 
 TEST_F(Replay, EndsBetweenTwoTasksWhenTheUserInterrupts)
 {
+    apps::registerRenderers();
     const apps::Interruption interruption;
     replay::Session session(m_scene);
     session.constructUnseen({});
