@@ -91,10 +91,11 @@ Parent parentOf(const UsdGeomCamera& prim, UsdTimeCode time)
 
 // Whether two world transforms differ by no more than what being authored and read back does to them. A
 // viewport cleans the camera that it reads: if it were written for that, each rounding would be answered by
-// another one without end.
+// another one without end. Nothing is rounded on the way through a parent that is the world itself.
 bool differByRounding(const Parent& parent, const GfMatrix4d& left, const GfMatrix4d& right)
 {
     constexpr double kMargin = 8.0;
+    if (parent.toWorld == GfMatrix4d(1.0)) return false;
     const GfMatrix4d leftAgain = parent.thereAndBack(left);
     const GfMatrix4d rightAgain = parent.thereAndBack(right);
     for (int row = 0; row < 4; ++row) {

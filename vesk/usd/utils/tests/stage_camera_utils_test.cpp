@@ -10,6 +10,7 @@
 #include <vesk/usd/utils/camera_utils.h>
 #include <vesk/usd/utils/utils_error.h>
 
+#include <cmath>
 #include <limits>
 #include <random>
 
@@ -168,6 +169,19 @@ TEST(WritingACamera, HappensForTheSmallestMoveThatTheWayThroughTheParentKeeps)
     EXPECT_TRUE(isAuthoredAgain(1e-9));
     EXPECT_FALSE(isAuthoredAgain(1e-15));
     EXPECT_FALSE(isAuthoredAgain(0.0));
+}
+
+TEST(WritingACamera, HappensForASingleBitWhenNoParentRounds)
+{
+    const UsdStageRefPtr stage = stageFrom("def Camera \"Cam\"\n{\n}\n");
+    const SdfPath path("/Cam");
+    setGfCameraForCameraPath(stage, path, someCamera(), kDefaultTime);
+    GfCamera camera = getGfCameraFromCameraPath(stage, path, kDefaultTime).takeValue();
+    GfMatrix4d transform = camera.GetTransform();
+    transform[3][0] = std::nextafter(transform[3][0], 10.0);
+    camera.SetTransform(transform);
+    setGfCameraForCameraPath(stage, path, camera, kDefaultTime);
+    EXPECT_EQ(getGfCameraFromCameraPath(stage, path, kDefaultTime).takeValue().GetTransform(), transform);
 }
 
 TEST(WritingACamera, OfNaNsHappensOnce)

@@ -26,8 +26,9 @@ getGfCameraFromCameraPath(const PXR_NS::TfWeakPtr<PXR_NS::UsdStage>& stage, cons
 ///
 /// The prim's own camera is read first: when no number differs in any bit, nothing is authored. Two NaNs
 /// count as the same number. Nor is anything authored when only the transforms differ, and by no more than
-/// the rounding on the way through the parent: that is all that a viewport which reads a camera, cleans it
-/// and writes it again would add, without end. \param stage the stage; its edit target gets the opinions
+/// the rounding on the way through a parent that has a transform: that is all that a viewport which reads a
+/// camera, cleans it and writes it again would add, without end.
+/// \param stage the stage; its edit target gets the opinions
 /// \param path of a UsdGeomCamera prim
 /// \param camera the camera in world space
 /// \param time time code; NaN is the default time
