@@ -7,7 +7,9 @@
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <ostream>
 #include <string>
+#include <vector>
 
 namespace {
 
@@ -28,7 +30,14 @@ std::string readFile(const std::filesystem::path& path)
     return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
 }
 
-class Replay : public testing::TestWithParam<vesk::fuzz::Target>
+// Test names show the target's name, not its addresses.
+struct Named : vesk::fuzz::Target
+{
+    explicit Named(const vesk::fuzz::Target& target) : Target(target) {}
+    friend void PrintTo(const Named& target, std::ostream* out) { *out << target.name; }
+};
+
+class Replay : public testing::TestWithParam<Named>
 {};
 
 } // namespace
@@ -47,5 +56,7 @@ TEST_P(Replay, KeptInputsEndWell)
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(Of, Replay, testing::ValuesIn(vesk::fuzz::targets()),
+INSTANTIATE_TEST_SUITE_P(Of, Replay,
+                         testing::ValuesIn(std::vector<Named>(vesk::fuzz::targets().begin(),
+                                                              vesk::fuzz::targets().end())),
                          [](const auto& of) { return std::string(of.param.name); });
