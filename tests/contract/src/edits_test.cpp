@@ -1,4 +1,5 @@
 #include "contract_session.h"
+#include "stage_edits.h"
 
 #include <pxr/base/gf/vec3d.h>
 #include <pxr/base/vt/array.h>
@@ -9,23 +10,6 @@ PXR_NAMESPACE_USING_DIRECTIVE
 
 namespace vesk::tests::contract {
 namespace {
-
-// A renderer learns of an edit by the event that follows the edit's task: when the document is idle it was
-// sent.
-template <class T>
-void setValue(ContractSession& session, const char* prim, const char* attribute, const T& value)
-{
-    session.document
-        ->edit("edit",
-               [&](const auto& context) {
-                   return context.stage()
-                       ->GetPrimAtPath(SdfPath(prim))
-                       .GetAttribute(TfToken(attribute))
-                       .Set(value);
-               })
-        .get();
-    session.document->waitUntilIdle();
-}
 
 constexpr const char* kTwoBalls = R"(#usda 1.0
 def Sphere "A" { double radius = 0.5

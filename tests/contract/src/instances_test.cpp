@@ -1,4 +1,5 @@
 #include "contract_session.h"
+#include "stage_edits.h"
 
 #include <pxr/base/gf/vec3f.h>
 #include <pxr/base/vt/array.h>
@@ -149,21 +150,6 @@ TEST_P(EveryDrawingRenderer, NamesTheNativeInstanceThatHoldsAnInstancer)
     EXPECT_EQ(result.secondaryPath, "/Copy");
     EXPECT_EQ(result.instanceIndex, 0);
     EXPECT_EQ(result.tertiaryPath.substr(result.tertiaryPath.rfind("/Inner")), "/Inner/Ball");
-}
-
-template <class T>
-void setValue(ContractSession& session, const char* prim, const char* attribute, const T& value)
-{
-    session.document
-        ->edit("edit",
-               [&](const auto& context) {
-                   return context.stage()
-                       ->GetPrimAtPath(SdfPath(prim))
-                       .GetAttribute(TfToken(attribute))
-                       .Set(value);
-               })
-        .get();
-    session.document->waitUntilIdle();
 }
 
 TEST_P(EveryDrawingRenderer, ShowsAnEditedPrototypeInAllItsCopiesAndEditedPositions)
