@@ -15,6 +15,7 @@ LAYERS = [
     ["vesk/usd/utils", "vesk/usd/model", "vesk/usd/hydra_renderer"],
     ["vesk/framework/usd_document"],
     ["vesk/framework/hydra_renderer"],
+    ["vesk/renderers/picture"],
     ["vesk/framework/usd_viewport", "vesk/renderers/recording", "vesk/renderers/embree", "vesk/renderers/hydra"],
     ["apps/support"],
     ["apps/cli"],

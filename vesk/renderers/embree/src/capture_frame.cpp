@@ -1,5 +1,5 @@
+#include "drawing.h"
 #include "frame_job.h"
-#include "image_io.h"
 
 PXR_NAMESPACE_USING_DIRECTIVE
 

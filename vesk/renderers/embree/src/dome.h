@@ -1,8 +1,8 @@
 #pragma once
 
+#include "drawing.h"
 #include "sampling.h"
 #include "texture.h"
-#include "vec3.h"
 
 #include <memory>
 #include <vector>

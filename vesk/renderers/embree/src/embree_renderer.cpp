@@ -1,7 +1,7 @@
 #include <vesk/renderers/embree/embree_renderer.h>
 
+#include "drawing.h"
 #include "frame_job.h"
-#include "image_io.h"
 #include "picking.h"
 #include "renderer_core.h"
 
@@ -22,41 +22,6 @@ using framework::usd_document::UsdDocument;
 using usd::hydra_renderer::LightingInfo;
 using Settings = std::vector<usd::utils::Param<VtValue>>;
 
-constexpr int kMostSamples = 4096;
-
-DrawMode drawModeOf(const TfToken& token)
-{
-    if (token == "points") return DrawMode::Points;
-    if (token == "wireframe") return DrawMode::Wireframe;
-    if (token == "wireframeOnSurface") return DrawMode::WireframeOnSurface;
-    if (token == "shadedFlat") return DrawMode::ShadedFlat;
-    if (token == "geomOnly") return DrawMode::GeomOnly;
-    if (token == "geomFlat") return DrawMode::GeomFlat;
-    if (token == "geomSmooth") return DrawMode::GeomSmooth;
-    return DrawMode::ShadedSmooth;
-}
-
-DebugMode debugModeOf(const TfToken& token)
-{
-    if (token == "depth") return DebugMode::Depth;
-    if (token == "normal" || token == "normals") return DebugMode::Normal;
-    if (token == "primId") return DebugMode::PrimId;
-    if (token == "elementId") return DebugMode::ElementId;
-    if (token == "instanceId") return DebugMode::InstanceId;
-    if (token == "cost") return DebugMode::Cost;
-    return DebugMode::None;
-}
-
-// Until the host sets a lighting the rig alone is on: a stage's own lights would add to it.
-LightingInfo initialLighting()
-{
-    LightingInfo info;
-    info.lights = usd::hydra_renderer::createDefaultLighting({}, false, 0.0f).takeValue();
-    info.material = usd::hydra_renderer::createDefaultSimpleMaterial().takeValue();
-    info.sceneLightsEnabled = false;
-    return info;
-}
-
 /// The CPU renderer: setters write into the core's state, requests become jobs of the core.
 class EmbreeRenderer final : public HydraRenderer
 {
@@ -66,13 +31,7 @@ public:
           m_refines(info.enableAsyncRendering)
     {
         m_core->callbacks.setAfterRender(info.afterRenderCallback);
-        m_core->state.change([&](FrameSettings& s) {
-            s.size = info.renderSize;
-            s.camera = GfCamera();
-            s.lighting = initialLighting();
-            s.sceneMaterials = info.enableSceneMaterials;
-            s.colorCorrection = info.enableColorCorrection;
-        });
+        m_core->state.change([&](FrameSettings& s) { s = initialSettings(info); });
         _applySettings(info.settings);
         m_core->setDocument(info.document);
     }

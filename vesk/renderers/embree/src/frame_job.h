@@ -1,6 +1,6 @@
 #pragma once
 
-#include "picture.h"
+#include "drawing.h"
 #include "renderer_core.h"
 #include "tile_tracer.h"
 

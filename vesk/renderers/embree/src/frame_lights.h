@@ -1,7 +1,7 @@
 #pragma once
 
-#include "camera_rays.h"
 #include "dome.h"
+#include "drawing.h"
 #include "sampling.h"
 #include "scene_snapshot.h"
 

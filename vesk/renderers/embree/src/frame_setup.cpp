@@ -5,22 +5,6 @@
 PXR_NAMESPACE_USING_DIRECTIVE
 
 namespace vesk::renderers::embree {
-namespace {
-
-[[noreturn]] void failInvalid(const std::string& text)
-{
-    throw base::error_handling::Exception(std::make_error_code(std::errc::invalid_argument), text.c_str());
-}
-
-} // namespace
-
-void checkRenderSize(const GfVec2i& size)
-{
-    const auto isUsable = [](int v) { return v > 0 && v <= kLargestRenderSize; };
-    if (isUsable(size[0]) && isUsable(size[1])) return;
-    failInvalid("cannot render a picture of " + std::to_string(size[0]) + "x" + std::to_string(size[1]) +
-                " pixels; width and height must lie between 1 and " + std::to_string(kLargestRenderSize));
-}
 
 std::unique_ptr<FrameView> makeFrameView(const FrameSettings& settings, const PulledScene& pulled,
                                          const GfCamera& camera)
@@ -28,7 +12,8 @@ std::unique_ptr<FrameView> makeFrameView(const FrameSettings& settings, const Pu
     const auto rays = CameraRays::make(camera, settings.fitPolicy, settings.size, pulled.scene->origin(),
                                        pulled.scene->reach());
     if (!rays) {
-        failInvalid(
+        throw base::error_handling::Exception(
+            std::make_error_code(std::errc::invalid_argument),
             "the camera has no usable view; its transform and apertures must be finite and its near plane "
             "must lie before its far plane");
     }

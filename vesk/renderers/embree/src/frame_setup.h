@@ -5,11 +5,6 @@
 
 namespace vesk::renderers::embree {
 
-inline constexpr int kLargestRenderSize = 16384;
-
-/// Throws: `Exception` with one sentence where no picture of that size can be made.
-void checkRenderSize(const PXR_NS::GfVec2i& size);
-
 /// Brings scene, settings and camera together.
 /// Throws: `Exception` with one sentence for a camera without a usable view.
 std::unique_ptr<FrameView> makeFrameView(const FrameSettings& settings, const PulledScene& pulled,

@@ -1,7 +1,7 @@
 #pragma once
 
+#include "drawing.h"
 #include "sampling.h"
-#include "vec3.h"
 
 namespace vesk::renderers::embree {
 

@@ -1,6 +1,6 @@
 #include "shading.h"
 
-#include "color.h"
+#include "drawing.h"
 #include "tile_tracer.h"
 
 namespace vesk::renderers::embree {

@@ -1,15 +1,14 @@
 #pragma once
 
-#include "surface.h"
-
+#include "drawing.h"
 #include "sampling.h"
+#include "surface.h"
 
 #include <vector>
 
 namespace vesk::renderers::embree {
 
 struct FrameView;
-struct ViewRay;
 
 /// A hit on its way to a colour.
 struct ShadedPoint

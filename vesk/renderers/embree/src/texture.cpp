@@ -1,6 +1,6 @@
 #include "texture.h"
 
-#include "color.h"
+#include "drawing.h"
 
 #include <pxr/usd/ar/asset.h>
 #include <pxr/usd/ar/resolvedPath.h>

@@ -1,7 +1,7 @@
 #pragma once
 
+#include "drawing.h"
 #include "image_decoding.h"
-#include "vec3.h"
 
 #include <map>
 #include <memory>

@@ -1,6 +1,6 @@
 #include "tile_tracer.h"
 
-#include "color.h"
+#include "drawing.h"
 #include "sampling.h"
 #include "shading.h"
 
@@ -173,7 +173,7 @@ FrameView::FrameView(std::shared_ptr<const TraceScene> tracedScene, const FrameS
       settings(frameSettings),
       camera(cameraRays),
       lights(FrameLights::gather(settings.lighting, scene->snapshot(), camera, scene->origin())),
-      grid(settings, scene->snapshot(), camera, scene->origin(), scene->radius()),
+      grid(settings, scene->snapshot().zUp, camera, scene->origin(), scene->radius()),
       defaultMaterial(toMaterial(settings.lighting.material))
 {}
 

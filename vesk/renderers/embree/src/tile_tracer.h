@@ -1,10 +1,7 @@
 #pragma once
 
-#include "camera_rays.h"
-#include "film.h"
+#include "drawing.h"
 #include "frame_lights.h"
-#include "frame_settings.h"
-#include "grid.h"
 #include "surface.h"
 #include "trace_scene.h"
 

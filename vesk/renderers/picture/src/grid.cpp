@@ -1,12 +1,12 @@
-#include "grid.h"
+#include <vesk/renderers/picture/grid.h>
 
-#include "color.h"
+#include <vesk/renderers/picture/color.h>
 
 #include <cmath>
 
 PXR_NAMESPACE_USING_DIRECTIVE
 
-namespace vesk::renderers::embree {
+namespace vesk::renderers::picture {
 namespace {
 
 Vec3 workingColor(const GfVec4f& c, bool corrected)
@@ -27,11 +27,11 @@ double gridSpacing(float sceneRadius)
     return std::pow(10.0, std::floor(std::log10(std::max(static_cast<double>(sceneRadius), 1e-30)) - 0.3));
 }
 
-Grid::Grid(const FrameSettings& settings, const SceneSnapshot& scene, const CameraRays& camera,
-           const GfVec3d& sceneOrigin, float sceneRadius)
+Grid::Grid(const FrameSettings& settings, bool zUp, const CameraRays& camera, const GfVec3d& sceneOrigin,
+           float sceneRadius)
     : m_enabled(settings.gridEnabled && !settings.presentation && !settings.transparentBackground &&
                 settings.gridThickness > 0.0f),
-      m_zUp(scene.zUp),
+      m_zUp(zUp),
       m_perspective(camera.isPerspective()),
       m_origin(sceneOrigin),
       m_spacing(gridSpacing(sceneRadius)),
@@ -91,4 +91,4 @@ Grid::Crossing Grid::cross(const ViewRay& ray) const
     return result;
 }
 
-} // namespace vesk::renderers::embree
+} // namespace vesk::renderers::picture

@@ -1,10 +1,10 @@
 #pragma once
 
-#include "vec3.h"
+#include <vesk/renderers/picture/vec3.h>
 
 #include <cstdint>
 
-namespace vesk::renderers::embree {
+namespace vesk::renderers::picture {
 
 /// Encodes a linear value for display (IEC 61966-2-1).
 inline float linearToSrgb(float v)
@@ -34,4 +34,4 @@ inline Vec3 displayToWorking(Vec3 c, bool corrected)
     return corrected ? Vec3(srgbToLinear(c.x), srgbToLinear(c.y), srgbToLinear(c.z)) : c;
 }
 
-} // namespace vesk::renderers::embree
+} // namespace vesk::renderers::picture

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "vec3.h"
+#include <vesk/renderers/picture/vec3.h>
 
 #include <pxr/base/gf/vec2i.h>
 
@@ -8,7 +8,7 @@
 #include <limits>
 #include <vector>
 
-namespace vesk::renderers::embree {
+namespace vesk::renderers::picture {
 
 /// Sums of the samples of one pixel: working colours multiplied by their opacity.
 struct FilmPixel
@@ -73,4 +73,4 @@ private:
     std::vector<GeometryPixel> m_geometry;
 };
 
-} // namespace vesk::renderers::embree
+} // namespace vesk::renderers::picture

@@ -1,7 +1,8 @@
 #pragma once
 
-#include "film.h"
-#include "frame_settings.h"
+#include <vesk/renderers/picture/export.h>
+#include <vesk/renderers/picture/film.h>
+#include <vesk/renderers/picture/frame_settings.h>
 
 #include <pxr/base/tf/token.h>
 #include <vesk/framework/hydra_renderer/aov_buffer.h>
@@ -9,9 +10,9 @@
 #include <optional>
 #include <string>
 
-namespace vesk::renderers::embree {
+namespace vesk::renderers::picture {
 
-/// The render outputs of this renderer.
+/// The render outputs that renderers have.
 enum class Output : std::uint8_t
 {
     Color,
@@ -26,10 +27,10 @@ enum class Output : std::uint8_t
 
 /// The output of a Hydra name (color, depth, linearDepth or cameraDepth, normal, Neye, primId, instanceId,
 /// elementId); nothing for another name.
-std::optional<Output> outputOf(const PXR_NS::TfToken& aov);
+VESK_RENDERERS_PICTURE_EXPORT std::optional<Output> outputOf(const PXR_NS::TfToken& aov);
 
 /// The names of all outputs, for messages.
-std::string knownOutputs();
+VESK_RENDERERS_PICTURE_EXPORT std::string knownOutputs();
 
 /// Four floats: one pixel of an output as it is handed out.
 struct OutputPixel
@@ -40,23 +41,26 @@ struct OutputPixel
 /// One pixel of an output. Colour is encoded for display where colour correction is on, blended over the
 /// clear colour, and not multiplied by its opacity. Where nothing is hit, depth is 1, linear depth infinite,
 /// normals are 0 and ids -1.
-OutputPixel readPixel(const Film& film, const FrameSettings& settings, Output output, std::size_t pixel);
+VESK_RENDERERS_PICTURE_EXPORT OutputPixel readPixel(const Film& film, const FrameSettings& settings,
+                                                    Output output, std::size_t pixel);
 
 /// One pixel of the colour before it is encoded for display, multiplied by its opacity.
-OutputPixel readWorkingColor(const Film& film, const FrameSettings& settings, std::size_t pixel);
+VESK_RENDERERS_PICTURE_EXPORT OutputPixel readWorkingColor(const Film& film, const FrameSettings& settings,
+                                                           std::size_t pixel);
 
 /// How many channels of an `OutputPixel` an output has.
-int channelsOf(Output output);
+VESK_RENDERERS_PICTURE_EXPORT int channelsOf(Output output);
 
 /// Reads a whole output back: colour as 8 bits RGBA, ids as integers, the others as floats.
-vesk::framework::hydra_renderer::AovBuffer readBuffer(const Film& film, const FrameSettings& settings,
-                                                      Output output);
+VESK_RENDERERS_PICTURE_EXPORT vesk::framework::hydra_renderer::AovBuffer
+readBuffer(const Film& film, const FrameSettings& settings, Output output);
 
 /// Draws the outlines of selected and highlighted prims into a film that holds what lies at its pixels.
 /// \param marks one entry a pixel: 0 none, 1 selected, 2 highlighted
-void drawOutlines(Film& film, const FrameSettings& settings, const std::vector<std::uint8_t>& marks);
+VESK_RENDERERS_PICTURE_EXPORT void drawOutlines(Film& film, const FrameSettings& settings,
+                                                const std::vector<std::uint8_t>& marks);
 
 /// Replaces a film's colours by the debug picture of what lies at its pixels.
-void drawDebug(Film& film, const FrameSettings& settings);
+VESK_RENDERERS_PICTURE_EXPORT void drawDebug(Film& film, const FrameSettings& settings);
 
-} // namespace vesk::renderers::embree
+} // namespace vesk::renderers::picture

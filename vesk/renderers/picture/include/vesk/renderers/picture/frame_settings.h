@@ -1,19 +1,24 @@
 #pragma once
 
-#include "vec3.h"
-
 #include <pxr/base/gf/camera.h>
 #include <pxr/base/gf/vec2i.h>
 #include <pxr/base/gf/vec4f.h>
 #include <pxr/base/gf/vec4i.h>
+#include <pxr/base/tf/token.h>
 #include <pxr/imaging/cameraUtil/conformWindow.h>
 #include <pxr/usd/sdf/path.h>
+#include <vesk/renderers/picture/export.h>
 #include <vesk/usd/hydra_renderer/lighting.h>
 
+#include <cstdint>
 #include <variant>
 #include <vector>
 
-namespace vesk::renderers::embree {
+namespace vesk::framework::hydra_renderer {
+struct RendererCreateInfo;
+}
+
+namespace vesk::renderers::picture {
 
 enum class DrawMode : std::uint8_t
 {
@@ -69,4 +74,20 @@ struct FrameSettings
     int samples = 16;
 };
 
-} // namespace vesk::renderers::embree
+inline constexpr int kMostSamples = 4096;        ///< per pixel
+inline constexpr int kLargestRenderSize = 16384; ///< of a picture's width and height, in pixels
+
+/// The settings of a new renderer: those of its creation, the default rig of lights and no others.
+VESK_RENDERERS_PICTURE_EXPORT FrameSettings
+initialSettings(const vesk::framework::hydra_renderer::RendererCreateInfo& info);
+
+/// The draw mode of a name; `shadedSmooth` for one that is none.
+VESK_RENDERERS_PICTURE_EXPORT DrawMode drawModeOf(const PXR_NS::TfToken& name);
+
+/// The debug mode of a name; none for one that is none.
+VESK_RENDERERS_PICTURE_EXPORT DebugMode debugModeOf(const PXR_NS::TfToken& name);
+
+/// Throws: `Exception` for a size that no picture can have.
+VESK_RENDERERS_PICTURE_EXPORT void checkRenderSize(const PXR_NS::GfVec2i& size);
+
+} // namespace vesk::renderers::picture

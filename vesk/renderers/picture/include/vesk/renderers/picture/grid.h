@@ -1,16 +1,19 @@
 #pragma once
 
-#include "camera_rays.h"
-#include "frame_settings.h"
-#include "scene_snapshot.h"
+#include <vesk/renderers/picture/camera_rays.h>
+#include <vesk/renderers/picture/export.h>
+#include <vesk/renderers/picture/frame_settings.h>
 
-namespace vesk::renderers::embree {
+namespace vesk::renderers::picture {
 
 /// The ground grid: lines on the plane through the world's origin, with a spacing that fits the scene.
-class Grid
+class VESK_RENDERERS_PICTURE_EXPORT Grid
 {
 public:
-    Grid(const FrameSettings& settings, const SceneSnapshot& scene, const CameraRays& camera,
+    /// \param zUp whether the ground lies across z, else across y
+    /// \param sceneOrigin the world point that is the origin of the camera's rays
+    /// \param sceneRadius how far the scene reaches from there, in stage units
+    Grid(const FrameSettings& settings, bool zUp, const CameraRays& camera,
          const PXR_NS::GfVec3d& sceneOrigin, float sceneRadius);
 
     /// What a view ray sees of the grid.
@@ -41,6 +44,6 @@ private:
 };
 
 /// The spacing of the fine lines for a scene of a radius: a power of ten, about a tenth of the radius.
-double gridSpacing(float sceneRadius);
+VESK_RENDERERS_PICTURE_EXPORT double gridSpacing(float sceneRadius);
 
-} // namespace vesk::renderers::embree
+} // namespace vesk::renderers::picture

@@ -1,6 +1,7 @@
 #pragma once
 
-#include "vec3.h"
+#include <vesk/renderers/picture/export.h>
+#include <vesk/renderers/picture/vec3.h>
 
 #include <pxr/base/gf/camera.h>
 #include <pxr/base/gf/vec2i.h>
@@ -9,7 +10,7 @@
 #include <optional>
 #include <vector>
 
-namespace vesk::renderers::embree {
+namespace vesk::renderers::picture {
 
 /// One view ray. The distance of a point at `t` from the camera along the view axis is
 /// `depthOffset + t * depthScale`.
@@ -27,7 +28,7 @@ struct ViewRay
 };
 
 /// Turns picture positions into rays: camera, window fit and clipping in one.
-class CameraRays
+class VESK_RENDERERS_PICTURE_EXPORT CameraRays
 {
 public:
     /// \param camera in world space
@@ -75,4 +76,4 @@ private:
     std::vector<PXR_NS::GfVec4f> m_planes; ///< camera space; a point is seen where each is not negative
 };
 
-} // namespace vesk::renderers::embree
+} // namespace vesk::renderers::picture

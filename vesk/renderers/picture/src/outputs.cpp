@@ -1,13 +1,13 @@
-#include "picture.h"
+#include <vesk/renderers/picture/outputs.h>
 
-#include "color.h"
+#include <vesk/renderers/picture/color.h>
 
 #include <array>
 #include <cstring>
 
 PXR_NAMESPACE_USING_DIRECTIVE
 
-namespace vesk::renderers::embree {
+namespace vesk::renderers::picture {
 namespace {
 
 using framework::hydra_renderer::AovBuffer;
@@ -262,4 +262,4 @@ void drawDebug(Film& film, const FrameSettings& settings)
     }
 }
 
-} // namespace vesk::renderers::embree
+} // namespace vesk::renderers::picture

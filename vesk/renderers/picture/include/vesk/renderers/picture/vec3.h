@@ -7,7 +7,7 @@
 #include <algorithm>
 #include <cmath>
 
-namespace vesk::renderers::embree {
+namespace vesk::renderers::picture {
 
 /// Three floats: the arithmetic of the inner loops.
 struct Vec3
@@ -106,4 +106,4 @@ struct Mat3
     }
 };
 
-} // namespace vesk::renderers::embree
+} // namespace vesk::renderers::picture

@@ -1,10 +1,10 @@
-#include "renderer_state.h"
+#include <vesk/renderers/picture/host_callbacks.h>
 
 #include <vesk/base/logging.h>
 
 #include <algorithm>
 
-namespace vesk::renderers::embree {
+namespace vesk::renderers::picture {
 
 void HostCallbacks::setAfterRender(const std::function<void(bool)>& callback)
 {
@@ -68,4 +68,4 @@ void HostCallbacks::close()
     });
 }
 
-} // namespace vesk::renderers::embree
+} // namespace vesk::renderers::picture

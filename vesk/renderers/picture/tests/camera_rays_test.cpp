@@ -1,4 +1,4 @@
-#include "camera_rays.h"
+#include <vesk/renderers/picture/camera_rays.h>
 
 #include <pxr/base/gf/frustum.h>
 #include <pxr/base/gf/matrix4d.h>
@@ -11,7 +11,7 @@
 
 PXR_NAMESPACE_USING_DIRECTIVE
 
-namespace vesk::renderers::embree {
+namespace vesk::renderers::picture {
 namespace {
 
 GfCamera turnedCamera(GfCamera::Projection projection)
@@ -111,4 +111,4 @@ TEST(CameraRays, AreNotMadeForACameraWithoutAView)
 }
 
 } // namespace
-} // namespace vesk::renderers::embree
+} // namespace vesk::renderers::picture

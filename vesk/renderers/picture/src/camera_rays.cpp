@@ -1,4 +1,4 @@
-#include "camera_rays.h"
+#include <vesk/renderers/picture/camera_rays.h>
 
 #include <pxr/base/gf/frustum.h>
 #include <pxr/base/gf/range2d.h>
@@ -7,7 +7,7 @@
 
 PXR_NAMESPACE_USING_DIRECTIVE
 
-namespace vesk::renderers::embree {
+namespace vesk::renderers::picture {
 namespace {
 
 bool isFinite(const GfMatrix4d& m)
@@ -50,7 +50,7 @@ std::optional<CameraRays> CameraRays::make(const GfCamera& camera, CameraUtilCon
     rays.m_up = normalized(Vec3(rotation.TransformDir(GfVec3d::YAxis())));
     rays.m_backward = normalized(Vec3(rotation.TransformDir(GfVec3d::ZAxis())));
     rays.m_position = Vec3(frustum.GetPosition() - sceneOrigin);
-    if (!embree::isFinite(rays.m_position)) return {};
+    if (!picture::isFinite(rays.m_position)) return {};
     rays.m_near = rays.m_perspective ? std::max(range.GetMin(), 0.0f) : range.GetMin();
     rays.m_far = range.GetMax();
     // Orthographic rays begin just before the scene: far behind it their distances would lose their digits.
@@ -121,4 +121,4 @@ float CameraRays::windowDepth(float viewDistance) const
     return d > 0.0 ? static_cast<float>((f / (f - n)) * (1.0 - n / d)) : 0.0f;
 }
 
-} // namespace vesk::renderers::embree
+} // namespace vesk::renderers::picture

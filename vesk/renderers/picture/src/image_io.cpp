@@ -1,4 +1,4 @@
-#include "image_io.h"
+#include <vesk/renderers/picture/image_io.h>
 
 #include <vesk/base/error_handling.h>
 
@@ -18,7 +18,7 @@
 
 PXR_NAMESPACE_USING_DIRECTIVE
 
-namespace vesk::renderers::embree {
+namespace vesk::renderers::picture {
 namespace {
 
 namespace fs = std::filesystem;
@@ -228,4 +228,4 @@ void writeImage(const fs::path& path, const Film& film, const FrameSettings& set
     side.moveToPlace();
 }
 
-} // namespace vesk::renderers::embree
+} // namespace vesk::renderers::picture
