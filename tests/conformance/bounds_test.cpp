@@ -1,7 +1,11 @@
 #include "scene.h"
 
+#include <pxr/base/vt/types.h>
 #include <pxr/usd/usdGeom/bboxCache.h>
+#include <pxr/usd/usdGeom/pointBased.h>
 #include <pxr/usd/usdGeom/tokens.h>
+
+#include <limits>
 
 namespace conformance {
 namespace {
@@ -158,6 +162,21 @@ TEST(Bounds, OfSkeletonRootsLeaveRoomForWhatTheJointsMove)
         })"));
     // The body stands out by 2 above the hip, which is the most.
     ExpectBox(scene.GetBounds("/Root", 0), {-2, -1, -2}, {2, 6, 3});
+}
+
+TEST(Bounds, KeepWhatIsNotFinite)
+{
+    const Scene scene(R"(
+        def Mesh "M" { point3f[] points = [(0, 0, 0), (1, inf, 0), (nan, 2, 3)] }
+        def SkelRoot "R" { def Skeleton "S" {} }
+    )");
+    VtVec3fArray extent;
+    ASSERT_TRUE(
+        UsdGeomPointBased(scene.GetPrim("/M")).ComputeExtent(scene.Get<VtVec3fArray>("/M.points"), &extent));
+    EXPECT_EQ(GfVec3f(0, 0, 0), extent[0]);
+    EXPECT_EQ(GfVec3f(1, std::numeric_limits<float>::infinity(), 3), extent[1]);
+    const double farthest = std::numeric_limits<float>::max();
+    ExpectBox(scene.GetBounds("/R"), GfVec3d(-farthest), GfVec3d(farthest));
 }
 
 } // namespace

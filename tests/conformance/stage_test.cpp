@@ -105,5 +105,29 @@ TEST(Flattening, KeepsWhatTheStageSays)
     EXPECT_FALSE(stage->GetPrimAtPath(SdfPath("/P")).HasAuthoredReferences());
 }
 
+TEST(AssetPaths, AreSoughtBesideTheirLayerAndThenBesideTheRootLayer)
+{
+    const Scene scene(
+        {{"root.usda", "def \"A\" (references = @./models/model.usda@</M>) {}"},
+         {"models/model.usda", "def \"M\" (references = [@parts/near.usda@</P>, @parts/far.usda@</P>]) {}"},
+         {"models/parts/near.usda", "def \"P\" { int near = 1 }"},
+         {"parts/far.usda", "def \"P\" { int far = 2 }"}});
+    EXPECT_EQ(1, scene.Get<int>("/A.near"));
+    EXPECT_EQ(2, scene.Get<int>("/A.far"));
+}
+
+TEST(FallbackTypes, StandInForUnknownOnes)
+{
+    const Scene scene(R"((fallbackPrimTypes = { token[] Orb = ["Globe", "Sphere"] })
+        def Orb "A" {}
+        def Blob "B" { odd value = 1 }
+    )");
+    EXPECT_EQ(TfToken("Orb"), scene.GetPrim("/A").GetTypeName());
+    EXPECT_TRUE(scene.GetPrim("/A").IsA(TfToken("Sphere")));
+    EXPECT_EQ(1.0, scene.Get<double>("/A.radius"));
+    EXPECT_FALSE(scene.GetPrim("/B").IsA(TfToken("Sphere")));
+    EXPECT_FALSE(scene.GetAttribute("/B.value").GetTypeName());
+}
+
 } // namespace
 } // namespace conformance

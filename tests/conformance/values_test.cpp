@@ -159,5 +159,19 @@ TEST(Samples, AroundATimeAreTheNearestOnes)
     EXPECT_TRUE(scene.GetAttribute("/P.d").ValueMightBeTimeVarying());
 }
 
+TEST(Values, PassOverDefaultsOfAnotherType)
+{
+    const Scene scene(R"(
+        def Sphere "Weak" { double radius = 5; float[] list = [1] }
+        def Sphere "Strong" (references = </Weak>) { float radius = 10 }
+        def Sphere "Alone" { string radius = "wide" }
+        def Sphere "Moving" { float radius.timeSamples = { 1: 5 } }
+    )");
+    EXPECT_EQ(5.0, scene.Get<double>("/Strong.radius"));
+    EXPECT_EQ(10.0f, scene.Get<float>("/Strong.radius"));
+    EXPECT_EQ(1.0, scene.Get<double>("/Alone.radius"));
+    EXPECT_EQ(0.0, scene.Get<double>("/Moving.radius", 1.0)) << "samples are not passed over";
+}
+
 } // namespace
 } // namespace conformance

@@ -18,6 +18,27 @@ TEST(Values, OfAnotherTypeAreNotGiven)
     EXPECT_EQ(value, -1);
 }
 
+TEST(Values, OfTheSchemaStandInForDefaultsOfAnotherType)
+{
+    const UsdStageRefPtr scene = stage("def Sphere \"S\" { float radius = 10 }");
+    EXPECT_EQ(valueOf<double>(attribute(scene, "/S.radius")), 1);
+    EXPECT_EQ(valueOf<float>(attribute(scene, "/S.radius")), 10);
+}
+
+TEST(Values, OfWeakerOpinionsStandInForDefaultsOfAnotherType)
+{
+    const UsdStageRefPtr scene =
+        stage("def \"A\" (references = </B>) { float a = 10 }\ndef \"B\" { double a = 5 }");
+    EXPECT_EQ(valueOf<double>(attribute(scene, "/A.a")), 5);
+}
+
+TEST(Values, OfTheSchemaDoNotStandInForSamplesOfAnotherType)
+{
+    const UsdStageRefPtr scene = stage("def Sphere \"S\" { float radius.timeSamples = { 1: 5 } }");
+    double value = -1;
+    EXPECT_FALSE(attribute(scene, "/S.radius").Get(&value, UsdTimeCode(1.0)));
+}
+
 TEST(Values, OfAnotherTypeAreNotTaken)
 {
     const UsdStageRefPtr scene = stage("def \"A\" { double a = 5 }");

@@ -50,7 +50,7 @@ TEST(Extent, OfPointsIncludesTheirWidths)
     EXPECT_FALSE(UsdGeomPoints::ComputeExtent({GfVec3f(0)}, {1.0f, 2.0f}, &extent));
 }
 
-TEST(Extent, LeavesOutPointsThatAreNotFinite)
+TEST(Extent, TakesPointsThatAreNotFiniteAsTheyCompare)
 {
     const float nan = std::numeric_limits<float>::quiet_NaN();
     const float inf = std::numeric_limits<float>::infinity();
@@ -58,7 +58,7 @@ TEST(Extent, LeavesOutPointsThatAreNotFinite)
     ASSERT_TRUE(UsdGeomPointBased::ComputeExtent(
         {GfVec3f(1, 2, 3), GfVec3f(nan, 0, 0), GfVec3f(0, inf, 0), GfVec3f(-1, 0, 0)}, &extent));
     EXPECT_EQ(GfVec3f(-1, 0, 0), extent[0]);
-    EXPECT_EQ(GfVec3f(1, 2, 3), extent[1]);
+    EXPECT_EQ(GfVec3f(1, inf, 3), extent[1]);
 }
 
 TEST(BBoxCache, JoinsChildrenInWorldSpace)
@@ -92,16 +92,31 @@ TEST(BBoxCache, LeavesOutTheHiddenAndOtherPurposes)
     ExpectBox(all.ComputeWorldBound(stage->GetPseudoRoot()).ComputeAlignedRange(), GfVec3d(-45), GfVec3d(45));
 }
 
-TEST(BBoxCache, PrefersAuthoredExtentsAndSkipsThoseThatAreNotFinite)
+TEST(BBoxCache, PrefersAuthoredExtents)
 {
     const auto stage = StageOf(R"(
         def Mesh "Told" { float3[] extent = [(0, 0, 0), (1, 2, 3)]; point3f[] points = [(9, 9, 9)] }
-        def Mesh "Broken" { float3[] extent = [(-inf, 0, 0), (1, 1, 1)] }
     )");
     ExpectBox(WorldBox(stage), GfVec3d(0), GfVec3d(1, 2, 3));
-    EXPECT_TRUE(WorldBox(stage, "/Broken").IsEmpty());
     const auto turned = StageOf("def Mesh \"M\" { float3[] extent = [(5, 5, 5), (4, 4, 4)] }");
     EXPECT_TRUE(WorldBox(turned).IsEmpty()) << "a box whose corners are swapped is empty";
+}
+
+TEST(BBoxCache, KeepsExtentsThatAreNotFinite)
+{
+    const auto stage = StageOf("def Mesh \"M\" { float3[] extent = [(-inf, 0, 0), (1, 1, 1)] }");
+    UsdGeomBBoxCache cache(UsdTimeCode::Default(), {UsdGeomTokens->default_});
+    const GfRange3d own = cache.ComputeUntransformedBound(PrimAt(stage, "/M")).GetRange();
+    EXPECT_TRUE(std::isinf(own.GetMin()[0]));
+    EXPECT_EQ(GfVec3d(1), own.GetMax());
+}
+
+TEST(BBoxCache, SpansEverythingAroundASkeletonWithoutJoints)
+{
+    const auto stage = StageOf(R"(def SkelRoot "R" { def Skeleton "S" {} })");
+    const double farthest = std::numeric_limits<float>::max();
+    ExpectBox(WorldBox(stage), GfVec3d(-farthest), GfVec3d(farthest));
+    EXPECT_TRUE(WorldBox(stage, "/R/S").IsEmpty());
 }
 
 TEST(BBoxCache, UsesHintsOfModelsOnlyWhereItIsToldTo)

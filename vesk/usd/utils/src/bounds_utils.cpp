@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 #include <pxr/base/gf/bbox3d.h>
 #include <pxr/base/gf/range3d.h>
 #include <pxr/base/vt/array.h>
@@ -33,10 +34,18 @@ bool isFinite(const GfVec3d& point)
     return std::isfinite(point[0]) && std::isfinite(point[1]) && std::isfinite(point[2]);
 }
 
+// The corners of an empty box lie as far out as a float can be, also after OpenUSD took them for points, as
+// it does with skeletons that have no joints.
+bool isPlace(const GfVec3d& point)
+{
+    constexpr double kFarthest = std::numeric_limits<float>::max();
+    return std::abs(point[0]) < kFarthest && std::abs(point[1]) < kFarthest && std::abs(point[2]) < kFarthest;
+}
+
 // Boxes of points that are not finite may come out empty as well.
 bool isUsable(const GfRange3d& range)
 {
-    return !range.IsEmpty() && isFinite(range.GetMin()) && isFinite(range.GetMax());
+    return !range.IsEmpty() && isPlace(range.GetMin()) && isPlace(range.GetMax());
 }
 
 bool isVisible(const UsdGeomImageable& imageable, UsdTimeCode time)

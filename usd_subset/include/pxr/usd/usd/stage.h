@@ -6,6 +6,7 @@
 #include <pxr/base/vt/value.h>
 #include <pxr/export.h>
 #include <pxr/pxr.h>
+#include <pxr/usd/ar/resolverContext.h>
 #include <pxr/usd/sdf/assetPath.h>
 #include <pxr/usd/sdf/declareHandles.h>
 #include <pxr/usd/sdf/layer.h>
@@ -126,6 +127,8 @@ public:
     void MuteAndUnmuteLayers(const std::vector<std::string>& muteLayers,
                              const std::vector<std::string>& unmuteLayers);
     const std::vector<std::string>& GetMutedLayers() const;
+    /// Where asset paths are sought that are neither absolute nor begin with a dot: the root layer's folder.
+    ArResolverContext GetPathResolverContext() const;
     bool IsLayerMuted(const std::string& layerIdentifier) const;
 
     /// Writes the composed stage as one layer.

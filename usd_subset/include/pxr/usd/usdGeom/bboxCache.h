@@ -127,7 +127,6 @@ private:
     bool _IsVarying(const UsdAttribute& attribute) const;
     const UsdGeomImageable::PurposeInfo& _GetPurposeInfo(const _PrimContext& context);
     GfBBox3d _Combine(const _PurposeToBBoxMap& bboxes) const;
-    GfBBox3d _Transformed(GfBBox3d bbox, const GfMatrix4d& matrix, const UsdPrim& prim) const;
     GfBBox3d _ComputeWithOverrides(const UsdPrim& prim, const SdfPathSet& pathsToSkip,
                                    const GfMatrix4d* primOverride,
                                    const TfHashMap<SdfPath, GfMatrix4d, SdfPath::Hash>& ctmOverrides);

@@ -1,5 +1,7 @@
 #include "pxr/usd/sdf/layerRegistry.h"
 
+#include <pxr/usd/ar/resolver.h>
+
 PXR_NAMESPACE_OPEN_SCOPE
 
 Sdf_LayerRegistry& Sdf_LayerRegistry::Get()
@@ -16,18 +18,19 @@ std::string Sdf_LayerRegistry::FileKey(const ArResolvedPath& path, const SdfLaye
 
 SdfLayerRefPtr Sdf_LayerRegistry::_Find(const std::string& identifier, const std::string& fileKey) const
 {
-    auto found = _byIdentifier.find(identifier);
-    if (found == _byIdentifier.end() && !fileKey.empty()) {
-        found = _byFile.find(fileKey);
-        if (found == _byFile.end()) {
-            return SdfLayerRefPtr();
-        }
-    }
-    if (found == _byIdentifier.end()) {
-        return SdfLayerRefPtr();
-    }
-    const auto entry = _entries.find(found->second);
-    return entry == _entries.end() ? SdfLayerRefPtr() : SdfLayerRefPtr(entry->second.layer);
+    const auto find = [this](const auto& map, const std::string& key) {
+        const auto found = map.find(key);
+        const auto entry = found == map.end() ? _entries.end() : _entries.find(found->second);
+        return entry == _entries.end() ? SdfLayerRefPtr() : SdfLayerRefPtr(entry->second.layer);
+    };
+    // What a search finds differs from stage to stage, so such names do not tell which layer is meant.
+    std::string assetPath;
+    SdfLayer::FileFormatArguments args;
+    const bool isSought = !SdfLayer::IsAnonymousLayerIdentifier(identifier) &&
+                          SdfLayer::SplitIdentifier(identifier, &assetPath, &args) &&
+                          ArGetResolver().IsContextDependentPath(assetPath);
+    SdfLayerRefPtr layer = isSought ? SdfLayerRefPtr() : find(_byIdentifier, identifier);
+    return layer || fileKey.empty() ? layer : find(_byFile, fileKey);
 }
 
 void Sdf_LayerRegistry::_Erase(const SdfLayer* layer)

@@ -30,7 +30,7 @@ SdfValueTypeName UsdAttribute::GetTypeName() const
 {
     TfToken name;
     GetMetadata(SdfFieldKeys->TypeName, &name);
-    return SdfSchema::GetInstance().FindOrCreateType(name);
+    return SdfSchema::GetInstance().FindType(name);
 }
 
 bool UsdAttribute::SetTypeName(const SdfValueTypeName& typeName) const

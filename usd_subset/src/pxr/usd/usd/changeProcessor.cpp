@@ -4,6 +4,7 @@
 #include "pxr/usd/usd/primComposer.h"
 #include "pxr/usd/usd/stageImpl.h"
 
+#include <pxr/usd/ar/resolverContextBinder.h>
 #include <pxr/usd/sdf/layerUtils.h>
 #include <pxr/usd/sdf/schema.h>
 #include <pxr/usd/usd/notice.h>
@@ -78,6 +79,7 @@ void Usd_ChangeProcessor::_ProcessRootEntry(const SdfLayerHandle& layer, const _
         // An empty layer takes part without changing anything.
         _layerStackChanged = true;
         std::string why;
+        const ArResolverContextBinder binder(_stage.resolverContext);
         const SdfLayerRefPtr sublayer =
             Usd_OpenLayer(SdfComputeAssetPathRelativeToLayer(layer, change.first), &why);
         isSignificant = isSignificant || (sublayer && !sublayer->IsEmpty());
@@ -88,7 +90,10 @@ void Usd_ChangeProcessor::_ProcessRootEntry(const SdfLayerHandle& layer, const _
     if (isSignificant) {
         _layerStackChanged = true;
     }
-    if (isSignificant && isLocal) {
+    const bool isRoot = layer == _stage.rootLayer || layer == _stage.sessionLayer;
+    const bool hasOtherTypes =
+        isRoot && entry.FindInfoChange(UsdTokens->fallbackPrimTypes) != entry.infoChanged.end();
+    if ((isSignificant && isLocal) || hasOtherTypes) {
         _resyncs[SdfPath::AbsoluteRootPath()].push_back(&entry);
     }
     if (isSignificant || namesOther) {

@@ -58,7 +58,7 @@ VtValueVector Usd_MetadataResolver::_GetOpinions(const TfToken& field, const TfT
         VtValue opinion;
         if (readField(*layer, sites.GetPath(), field, keyPath, &opinion)) {
             Usd_ApplyLayerOffset(sites.GetOffset(), &opinion);
-            Usd_ResolveAssetPaths(SdfLayerHandle(&sites.GetLayer()), &opinion);
+            Usd_ResolveAssetPaths(SdfLayerHandle(&sites.GetLayer()), stage.resolverContext, &opinion);
             opinions.push_back(std::move(opinion));
             if (firstOnly || (!opinions.back().IsHolding<VtDictionary>() && !Usd_IsListOp(opinions.back()))) {
                 break; // nothing weaker counts

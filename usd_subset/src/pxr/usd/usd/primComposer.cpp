@@ -21,6 +21,7 @@ void Usd_PrimComposer::ComposeAll()
     if (!root) {
         root = _stage.prims.Add(_stage.stage, SdfPath::AbsoluteRootPath());
     }
+    _stage.ReadFallbackTypes();
     _ComposeSubtree(root);
     _ComposePrototypes();
 }
@@ -134,10 +135,13 @@ void Usd_PrimComposer::_ComposePrototypes()
 
 void Usd_PrimComposer::_ComposeType(Usd_PrimDataPtr prim)
 {
-    prim->_typeInfo = prim->_parent ? &Usd_PrimTypeInfoCache::GetInstance().FindOrCreate(
-                                          Usd_PrimFields::GetTypeName(*prim->_index),
-                                          Usd_PrimFields::GetAppliedSchemas(*prim->_index))
-                                    : &UsdPrimTypeInfo::GetEmptyPrimType();
+    if (!prim->_parent) {
+        prim->_typeInfo = &UsdPrimTypeInfo::GetEmptyPrimType();
+        return;
+    }
+    const TfToken type = Usd_PrimFields::GetTypeName(*prim->_index);
+    prim->_typeInfo = &Usd_PrimTypeInfoCache::GetInstance().FindOrCreate(
+        type, _stage.FindFallbackType(type), Usd_PrimFields::GetAppliedSchemas(*prim->_index));
 }
 
 void Usd_PrimComposer::_ComposeFlags(Usd_PrimDataPtr prim)

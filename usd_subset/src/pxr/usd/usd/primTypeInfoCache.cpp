@@ -6,7 +6,7 @@ PXR_NAMESPACE_OPEN_SCOPE
 
 const UsdPrimTypeInfo& UsdPrimTypeInfo::GetEmptyPrimType()
 {
-    return Usd_PrimTypeInfoCache::GetInstance().FindOrCreate(TfToken(), {});
+    return Usd_PrimTypeInfoCache::GetInstance().FindOrCreate(TfToken(), TfToken(), {});
 }
 
 Usd_PrimTypeInfoCache& Usd_PrimTypeInfoCache::GetInstance()
@@ -17,33 +17,35 @@ Usd_PrimTypeInfoCache& Usd_PrimTypeInfoCache::GetInstance()
 }
 
 const UsdPrimTypeInfo& Usd_PrimTypeInfoCache::FindOrCreate(const TfToken& typeName,
+                                                           const TfToken& fallbackType,
                                                            const TfTokenVector& appliedSchemas)
 {
     const std::lock_guard<std::mutex> lock(_mutex);
-    std::unique_ptr<const UsdPrimTypeInfo>& info = _infos[_Key(typeName, appliedSchemas)];
-    if (!info) {
-        info = _Make(typeName, appliedSchemas);
+    const auto place = _infos.try_emplace(_Key(typeName, fallbackType, appliedSchemas)).first;
+    if (!place->second) {
+        place->second = _Make(place->first);
     }
-    return *info;
+    return *place->second;
 }
 
-std::unique_ptr<const UsdPrimTypeInfo> Usd_PrimTypeInfoCache::_Make(const TfToken& typeName,
-                                                                    const TfTokenVector& appliedSchemas)
+std::unique_ptr<const UsdPrimTypeInfo> Usd_PrimTypeInfoCache::_Make(const _Key& key)
 {
+    const auto& [typeName, fallbackType, appliedSchemas] = key;
+    const TfToken& schemaName = fallbackType.IsEmpty() ? typeName : fallbackType;
     const UsdSchemaRegistry& registry = UsdSchemaRegistry::GetInstance();
     std::unique_ptr<UsdPrimTypeInfo> info(new UsdPrimTypeInfo);
     info->_typeName = typeName;
     info->_appliedAPISchemas = appliedSchemas;
-    info->_schemaType = UsdSchemaRegistry::GetConcreteTypeFromSchemaTypeName(typeName);
+    info->_schemaType = UsdSchemaRegistry::GetConcreteTypeFromSchemaTypeName(schemaName);
     if (info->_schemaType) {
-        info->_schemaTypeName = typeName;
+        info->_schemaTypeName = schemaName;
     }
     if (!appliedSchemas.empty()) {
         info->_ownedPrimDefinition =
             registry.BuildComposedPrimDefinition(info->_schemaTypeName, appliedSchemas);
         info->_primDefinition = info->_ownedPrimDefinition.get();
     } else if (info->_schemaType) {
-        info->_primDefinition = registry.FindConcretePrimDefinition(typeName);
+        info->_primDefinition = registry.FindConcretePrimDefinition(schemaName);
     }
     if (!info->_primDefinition) {
         info->_primDefinition = registry.GetEmptyPrimDefinition();

@@ -7,7 +7,7 @@
 #include <map>
 #include <memory>
 #include <mutex>
-#include <utility>
+#include <tuple>
 
 PXR_NAMESPACE_OPEN_SCOPE
 
@@ -19,13 +19,15 @@ class Usd_PrimTypeInfoCache
 public:
     static Usd_PrimTypeInfoCache& GetInstance();
 
-    const UsdPrimTypeInfo& FindOrCreate(const TfToken& typeName, const TfTokenVector& appliedSchemas);
+    /// @param fallbackType the type that stands in for one that the schema registry does not know; may be
+    /// empty
+    const UsdPrimTypeInfo& FindOrCreate(const TfToken& typeName, const TfToken& fallbackType,
+                                        const TfTokenVector& appliedSchemas);
 
 private:
-    using _Key = std::pair<TfToken, TfTokenVector>;
+    using _Key = std::tuple<TfToken, TfToken, TfTokenVector>;
 
-    static std::unique_ptr<const UsdPrimTypeInfo> _Make(const TfToken& typeName,
-                                                        const TfTokenVector& appliedSchemas);
+    static std::unique_ptr<const UsdPrimTypeInfo> _Make(const _Key& key);
 
     std::mutex _mutex;
     std::map<_Key, std::unique_ptr<const UsdPrimTypeInfo>> _infos;

@@ -5,17 +5,36 @@
 #include "pxr/usd/usd/primComposer.h"
 
 #include <pxr/base/tf/diagnostic.h>
+#include <pxr/usd/ar/resolver.h>
+#include <pxr/usd/ar/resolverContextBinder.h>
 #include <pxr/usd/sdf/layerUtils.h>
 #include <pxr/usd/usd/attribute.h>
 #include <pxr/usd/usd/relationship.h>
+#include <pxr/usd/usd/schemaRegistry.h>
+#include <pxr/usd/usd/tokens.h>
+
+#include <algorithm>
 
 PXR_NAMESPACE_OPEN_SCOPE
+
+namespace {
+
+/// Where a stage seeks asset paths: beside its root layer.
+ArResolverContext contextOf(const SdfLayer& root)
+{
+    const ArResolver& resolver = ArGetResolver();
+    return root.IsAnonymous() ? resolver.CreateDefaultContext()
+                              : resolver.CreateDefaultContextForAsset(root.GetRealPath());
+}
+
+} // namespace
 
 Usd_StageImpl::Usd_StageImpl(UsdStage* owner, const SdfLayerRefPtr& root, const SdfLayerRefPtr& session,
                              UsdStage::InitialLoadSet load)
     : stage(owner),
       rootLayer(root),
       sessionLayer(session),
+      resolverContext(contextOf(*root)),
       loadRules(load == UsdStage::LoadAll ? UsdStageLoadRules::LoadAll() : UsdStageLoadRules::LoadNone())
 {}
 
@@ -41,6 +60,7 @@ UsdStageRefPtr Usd_StageImpl::Open(const SdfLayerRefPtr& root, const SdfLayerRef
 
 void Usd_StageImpl::RebuildLayerStacks()
 {
+    const ArResolverContextBinder binder(resolverContext);
     _assetStacks.clear();
     layerStack = std::make_shared<Usd_LayerStack>(
         rootLayer, sessionLayer, std::set<std::string>(mutedLayers.begin(), mutedLayers.end()),
@@ -53,6 +73,7 @@ Usd_LayerStackPtr Usd_StageImpl::FindLayerStack(const std::string& asset, std::s
     if (muted.count(asset)) {
         return nullptr;
     }
+    const ArResolverContextBinder binder(resolverContext);
     const SdfLayerRefPtr root = Usd_OpenLayer(asset, why);
     if (!root || muted.count(root->GetIdentifier())) {
         return nullptr;
@@ -63,6 +84,42 @@ Usd_LayerStackPtr Usd_StageImpl::FindLayerStack(const std::string& asset, std::s
                                                  [this](const std::string& text) { WarnOnce(text); });
     }
     return stack;
+}
+
+void Usd_StageImpl::ReadFallbackTypes()
+{
+    _fallbackTypes.clear();
+    VtDictionary authored;
+    for (const SdfLayerRefPtr& layer : {sessionLayer, rootLayer}) {
+        VtDictionary opinion;
+        if (layer && layer->HasField(SdfPath::AbsoluteRootPath(), UsdTokens->fallbackPrimTypes, &opinion)) {
+            VtDictionaryOverRecursive(&authored, opinion);
+        }
+    }
+    const auto isKnown = [](const TfToken& type) {
+        return !UsdSchemaRegistry::GetConcreteTypeFromSchemaTypeName(type).IsUnknown();
+    };
+    for (const auto& [name, value] : authored) {
+        const TfToken type(name);
+        if (isKnown(type)) {
+            continue;
+        }
+        if (!value.IsHolding<VtTokenArray>()) {
+            WarnOnce("fallbackPrimTypes: what stands for '" + name + "' must be an array of tokens");
+            continue;
+        }
+        const VtTokenArray& candidates = value.UncheckedGet<VtTokenArray>();
+        const auto found = std::find_if(candidates.cbegin(), candidates.cend(), isKnown);
+        if (found != candidates.cend()) {
+            _fallbackTypes[type] = *found;
+        }
+    }
+}
+
+TfToken Usd_StageImpl::FindFallbackType(const TfToken& type) const
+{
+    const auto found = _fallbackTypes.find(type);
+    return found == _fallbackTypes.end() ? TfToken() : found->second;
 }
 
 std::set<SdfLayerRefPtr> Usd_StageImpl::GetUsedLayers() const

@@ -8,6 +8,7 @@
 #include <pxr/base/tf/notice.h>
 #include <pxr/base/tf/weakBase.h>
 #include <pxr/pxr.h>
+#include <pxr/usd/ar/resolverContext.h>
 #include <pxr/usd/sdf/layer.h>
 #include <pxr/usd/sdf/notice.h>
 #include <pxr/usd/usd/object.h>
@@ -46,6 +47,11 @@ public:
     void FollowLayers();
     std::set<SdfLayerRefPtr> GetUsedLayers() const;
 
+    /// Reads which types stand in for those that the schema registry does not know.
+    void ReadFallbackTypes();
+    /// The type that stands in for one that the schema registry does not know; mostly empty.
+    TfToken FindFallbackType(const TfToken& type) const;
+
     /// How a layer is named where layers are muted.
     std::string GetCanonicalIdentifier(const std::string& identifier) const;
 
@@ -67,6 +73,7 @@ public:
     UsdStage* const stage;
     const SdfLayerRefPtr rootLayer;
     const SdfLayerRefPtr sessionLayer;
+    const ArResolverContext resolverContext; // bound while asset paths are resolved
     Usd_LayerStackPtr layerStack;
     Usd_PrimTable prims;
     Usd_Prototypes prototypes;
@@ -82,6 +89,7 @@ private:
     std::map<SdfLayerRefPtr, TfNotice::Key> _followed;
     std::set<std::string> _warnings;                       // their kinds
     std::map<std::string, Usd_LayerStackPtr> _assetStacks; // by the root layer's identifier
+    std::map<TfToken, TfToken> _fallbackTypes;
     size_t _lastSerialNumber = 0;
 };
 

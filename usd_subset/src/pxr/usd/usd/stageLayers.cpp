@@ -4,6 +4,7 @@
 #include <pxr/base/tf/diagnostic.h>
 #include <pxr/base/tf/stringUtils.h>
 #include <pxr/usd/ar/resolver.h>
+#include <pxr/usd/ar/resolverContextBinder.h>
 #include <pxr/usd/sdf/layerUtils.h>
 #include <pxr/usd/usd/notice.h>
 #include <pxr/usd/usd/stage.h>
@@ -70,6 +71,8 @@ void UsdStage::SaveSessionLayers()
 
 SdfLayerHandle UsdStage::GetSessionLayer() const { return SdfLayerHandle(_impl->sessionLayer); }
 
+ArResolverContext UsdStage::GetPathResolverContext() const { return _impl->resolverContext; }
+
 SdfLayerHandle UsdStage::GetRootLayer() const { return SdfLayerHandle(_impl->rootLayer); }
 
 std::string UsdStage::ResolveIdentifierToEditTarget(const std::string& identifier) const
@@ -77,6 +80,7 @@ std::string UsdStage::ResolveIdentifierToEditTarget(const std::string& identifie
     if (SdfLayer::IsAnonymousLayerIdentifier(identifier)) {
         return SdfLayer::Find(identifier) ? identifier : std::string();
     }
+    const ArResolverContextBinder binder(_impl->resolverContext);
     const std::string anchored = SdfComputeAssetPathRelativeToLayer(_impl->editTarget.GetLayer(), identifier);
     return ArGetResolver().Resolve(anchored).GetPathString();
 }

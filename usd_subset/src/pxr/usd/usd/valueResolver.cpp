@@ -16,7 +16,7 @@ Usd_ValueResolver::Usd_ValueResolver(const UsdAttribute& attribute)
       _name(Usd_ObjectAccess::GetPropertyName(attribute))
 {}
 
-UsdResolveInfo Usd_ValueResolver::Resolve(const UsdTimeCode* time) const
+UsdResolveInfo Usd_ValueResolver::Resolve(const UsdTimeCode* time, const std::type_info* wanted) const
 {
     UsdResolveInfo info;
     for (Usd_PropertySites sites(*_prim, _name); sites; ++sites) {
@@ -32,6 +32,9 @@ UsdResolveInfo Usd_ValueResolver::Resolve(const UsdTimeCode* time) const
             if (type == typeid(SdfValueBlock)) {
                 info._valueIsBlocked = true;
                 break;
+            }
+            if (wanted && type != *wanted) {
+                continue;
             }
             info._source = UsdResolveInfoSourceDefault;
         }
@@ -60,7 +63,7 @@ bool Usd_ValueResolver::GetFallback(VtValue* value) const
 
 bool Usd_ValueResolver::Get(VtValue* value, UsdTimeCode time, const std::type_info* type) const
 {
-    const UsdResolveInfo info = Resolve(&time);
+    const UsdResolveInfo info = Resolve(&time, type);
     if (time.IsDefault() && info._valueIsBlocked) {
         return false; // at the default time a block hides the fallback too
     }
@@ -144,7 +147,7 @@ bool Usd_ValueResolver::_Between(const UsdResolveInfo& info, VtValue* value, dou
 void Usd_ValueResolver::_Localize(const UsdResolveInfo& info, VtValue* value) const
 {
     Usd_ApplyLayerOffset(info._layerToStageOffset, value);
-    Usd_ResolveAssetPaths(info._layer, value);
+    Usd_ResolveAssetPaths(info._layer, Usd_StageImpl::Of(*_prim->GetStage()).resolverContext, value);
 }
 
 std::vector<double> Usd_ValueResolver::GetTimeSamples(const UsdResolveInfo& info,

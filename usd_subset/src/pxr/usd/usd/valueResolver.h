@@ -22,7 +22,8 @@ public:
     explicit Usd_ValueResolver(const UsdAttribute& attribute);
 
     /// @param time null: for all numeric times
-    UsdResolveInfo Resolve(const UsdTimeCode* time) const;
+    /// @param wanted the type that the caller takes, null for any: defaults of other types are passed over
+    UsdResolveInfo Resolve(const UsdTimeCode* time, const std::type_info* wanted = nullptr) const;
 
     /// @param type the type that the caller takes; null when any
     bool Get(VtValue* value, UsdTimeCode time, const std::type_info* type) const;

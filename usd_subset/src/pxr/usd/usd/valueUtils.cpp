@@ -3,6 +3,7 @@
 #include <pxr/base/vt/array.h>
 #include <pxr/base/vt/dictionary.h>
 #include <pxr/usd/ar/resolver.h>
+#include <pxr/usd/ar/resolverContextBinder.h>
 #include <pxr/usd/sdf/assetPath.h>
 #include <pxr/usd/sdf/layerUtils.h>
 #include <pxr/usd/sdf/timeCode.h>
@@ -60,18 +61,20 @@ void Usd_ApplyLayerOffset(const SdfLayerOffset& offset, VtValue* value)
     }
 }
 
-void Usd_ResolveAssetPaths(const SdfLayerHandle& layer, VtValue* value)
+void Usd_ResolveAssetPaths(const SdfLayerHandle& layer, const ArResolverContext& context, VtValue* value)
 {
     if (value->IsHolding<SdfAssetPath>()) {
+        const ArResolverContextBinder binder(context);
         *value = resolved(layer, value->UncheckedGet<SdfAssetPath>());
     } else if (value->IsHolding<VtArray<SdfAssetPath>>()) {
+        const ArResolverContextBinder binder(context);
         VtArray<SdfAssetPath> paths = value->UncheckedGet<VtArray<SdfAssetPath>>();
         for (SdfAssetPath& path : paths) {
             path = resolved(layer, path);
         }
         *value = VtValue::Take(paths);
     } else if (value->IsHolding<VtDictionary>()) {
-        forEachInDictionary(value, [&layer](VtValue* content) { Usd_ResolveAssetPaths(layer, content); });
+        forEachInDictionary(value, [&](VtValue* content) { Usd_ResolveAssetPaths(layer, context, content); });
     }
 }
 

@@ -1,7 +1,5 @@
 #include <pxr/usd/usdGeom/bboxCache.h>
 
-#include "pxr/usd/usdGeom/extents.h"
-
 #include <pxr/base/tf/diagnostic.h>
 #include <pxr/usd/kind/registry.h>
 #include <pxr/usd/usd/modelAPI.h>
@@ -15,11 +13,6 @@
 PXR_NAMESPACE_OPEN_SCOPE
 
 namespace {
-
-bool _IsFinite(const GfRange3d& range)
-{
-    return UsdGeom_IsFinite(range.GetMin()) && UsdGeom_IsFinite(range.GetMax());
-}
 
 /// Whether the prim's kind gathers what is below it: a component or subcomponent.
 bool _IsComponent(const UsdPrim& prim)
@@ -99,24 +92,20 @@ GfBBox3d UsdGeomBBoxCache::ComputeUntransformedBound(const UsdPrim& prim)
     return _IsValid(prim) ? _Combine(_Resolve(prim)) : GfBBox3d();
 }
 
-GfBBox3d UsdGeomBBoxCache::_Transformed(GfBBox3d bbox, const GfMatrix4d& matrix, const UsdPrim& prim) const
+namespace {
+
+GfBBox3d _Transformed(GfBBox3d bbox, const GfMatrix4d& matrix)
 {
-    if (bbox.GetRange().IsEmpty()) {
-        return bbox;
-    }
     bbox.Transform(matrix);
-    if (!_IsFinite(bbox.ComputeAlignedRange())) {
-        TF_WARN("The bounds of <%s> are not finite and left out: its transform is not.",
-                prim.GetPath().GetText());
-        return GfBBox3d();
-    }
     return bbox;
 }
+
+} // namespace
 
 GfBBox3d UsdGeomBBoxCache::ComputeWorldBound(const UsdPrim& prim)
 {
     const GfBBox3d bbox = ComputeUntransformedBound(prim);
-    return prim ? _Transformed(bbox, _ctmCache.GetLocalToWorldTransform(prim), prim) : bbox;
+    return prim ? _Transformed(bbox, _ctmCache.GetLocalToWorldTransform(prim)) : bbox;
 }
 
 GfBBox3d UsdGeomBBoxCache::ComputeRelativeBound(const UsdPrim& prim, const UsdPrim& relativeToAncestorPrim)
@@ -127,14 +116,14 @@ GfBBox3d UsdGeomBBoxCache::ComputeRelativeBound(const UsdPrim& prim, const UsdPr
     }
     const GfMatrix4d toAncestor = _ctmCache.GetLocalToWorldTransform(prim) *
                                   _ctmCache.GetLocalToWorldTransform(relativeToAncestorPrim).GetInverse();
-    return _Transformed(bbox, toAncestor, prim);
+    return _Transformed(bbox, toAncestor);
 }
 
 GfBBox3d UsdGeomBBoxCache::ComputeLocalBound(const UsdPrim& prim)
 {
     const GfBBox3d bbox = ComputeUntransformedBound(prim);
     bool resets = false;
-    return prim ? _Transformed(bbox, _ctmCache.GetLocalTransformation(prim, &resets), prim) : bbox;
+    return prim ? _Transformed(bbox, _ctmCache.GetLocalTransformation(prim, &resets)) : bbox;
 }
 
 // ---- Resolution ----
@@ -225,12 +214,8 @@ bool UsdGeomBBoxCache::_AddExtentsHint(const UsdPrim& prim, _Entry* entry)
     }
     const TfTokenVector& purposes = UsdGeomImageable::GetOrderedPurposeTokens();
     for (size_t i = 0; i < purposes.size() && 2 * i + 2 <= corners.size(); ++i) {
-        const GfRange3d range{GfVec3d(corners[2 * i]), GfVec3d(corners[2 * i + 1])};
-        if (_IsFinite(range)) {
-            entry->bboxes[purposes[i]] = GfBBox3d(range);
-        } else {
-            TF_WARN("A box of <%s> is left out: it is not finite.", attribute.GetPath().GetText());
-        }
+        entry->bboxes[purposes[i]] =
+            GfBBox3d(GfRange3d{GfVec3d(corners[2 * i]), GfVec3d(corners[2 * i + 1])});
     }
     entry->isVarying = _IsVarying(attribute);
     return true;
@@ -239,14 +224,8 @@ bool UsdGeomBBoxCache::_AddExtentsHint(const UsdPrim& prim, _Entry* entry)
 void UsdGeomBBoxCache::_AddExtent(const UsdPrim& prim, _Entry* entry)
 {
     VtVec3fArray extent;
-    if (!UsdGeomBoundable(prim).ComputeExtent(_time, &extent)) {
-        return;
-    }
-    const GfRange3d range{GfVec3d(extent[0]), GfVec3d(extent[1])};
-    if (_IsFinite(range)) {
-        entry->bboxes[entry->purposeInfo.purpose].SetRange(range);
-    } else {
-        TF_WARN("The extent of <%s> is left out of all bounds: it is not finite.", prim.GetPath().GetText());
+    if (UsdGeomBoundable(prim).ComputeExtent(_time, &extent)) {
+        entry->bboxes[entry->purposeInfo.purpose].SetRange(GfRange3d{GfVec3d(extent[0]), GfVec3d(extent[1])});
     }
 }
 
@@ -393,8 +372,7 @@ void UsdGeomBBoxCache::_AddChildBounds(const _Frame& frame)
                        : _ctmCache.GetLocalToWorldTransform(childContext.prim) * frame.inverseComponentCtm;
         for (const auto& [purpose, bbox] : child.bboxes) {
             GfBBox3d& joined = frame.entry->bboxes[purpose];
-            const GfRange3d range =
-                _Transformed(bbox, childToComponent, childContext.prim).ComputeAlignedRange();
+            const GfRange3d range = _Transformed(bbox, childToComponent).ComputeAlignedRange();
             joined.SetRange(GfRange3d(joined.GetRange()).UnionWith(range));
         }
     }

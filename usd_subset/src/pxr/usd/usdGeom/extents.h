@@ -7,15 +7,7 @@
 #include <pxr/base/vt/types.h>
 #include <pxr/pxr.h>
 
-#include <cmath>
-
 PXR_NAMESPACE_OPEN_SCOPE
-
-template <class Vec>
-bool UsdGeom_IsFinite(const Vec& v)
-{
-    return std::isfinite(v[0]) && std::isfinite(v[1]) && std::isfinite(v[2]);
-}
 
 /// Writes a box as an extent.
 inline void UsdGeom_SetExtent(const GfVec3f& min, const GfVec3f& max, VtVec3fArray* extent)

@@ -13,14 +13,12 @@ PXR_NAMESPACE_OPEN_SCOPE
 
 namespace {
 
-/// The box around points, moved by a matrix where that is not null; points that are not finite are left out.
+/// The box around points, moved by a matrix where that is not null.
 bool _SetPointExtent(const VtVec3fArray& points, const GfMatrix4d* transform, VtVec3fArray* extent)
 {
     GfRange3d range;
     for (const GfVec3f& point : points) {
-        if (UsdGeom_IsFinite(point)) {
-            range.UnionWith(transform ? GfVec3d(transform->Transform(point)) : GfVec3d(point));
-        }
+        range.UnionWith(transform ? GfVec3d(transform->Transform(point)) : GfVec3d(point));
     }
     UsdGeom_SetExtent(GfVec3f(range.GetMin()), GfVec3f(range.GetMax()), extent);
     return true;
@@ -60,9 +58,6 @@ bool _SetWidePointExtent(const VtVec3fArray& points, const VtFloatArray& widths,
     }
     GfRange3d range;
     for (size_t i = 0; i < points.size(); ++i) {
-        if (!UsdGeom_IsFinite(points[i]) || !std::isfinite(widths[i])) {
-            continue;
-        }
         const float halfWidth = static_cast<float>(widths[i] * 0.5);
         const GfVec3f point = transform ? GfVec3f(transform->Transform(points[i])) : points[i];
         const VtVec3fArray corners = _SphereCorners(halfWidth, transform);

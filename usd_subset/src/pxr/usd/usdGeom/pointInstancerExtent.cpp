@@ -134,10 +134,7 @@ bool UsdGeomPointInstancer::_ComputeExtent(VtVec3fArray* extent, UsdTimeCode tim
         if (transform) {
             bbox.Transform(*transform);
         }
-        const GfRange3d placed = bbox.ComputeAlignedRange();
-        if (UsdGeom_IsFinite(placed.GetMin()) && UsdGeom_IsFinite(placed.GetMax())) {
-            range.UnionWith(placed);
-        }
+        range.UnionWith(bbox.ComputeAlignedRange());
     }
     UsdGeom_SetExtent(GfVec3f(range.GetMin()), GfVec3f(range.GetMax()), extent);
     return true;

@@ -98,7 +98,7 @@ public:
     bool ComputeTransforms(const UsdTimeCode& time, bool atRest, VtMatrix4dArray* transforms) const
     {
         VtMatrix4dArray local;
-        if (!_isOrdered || _parents.empty() || !_ComputeLocal(time, atRest, &local)) {
+        if (!_isOrdered || !_ComputeLocal(time, atRest, &local)) {
             return false;
         }
         for (size_t i = 0; i != local.size(); ++i) {
