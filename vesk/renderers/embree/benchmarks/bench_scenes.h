@@ -1,5 +1,6 @@
 #pragma once
 
+#include "bare_rays.h"
 #include "document_scene.h"
 #include "stage_mirror.h"
 #include "tile_tracer.h"
@@ -11,6 +12,9 @@
 #include <string>
 
 namespace vesk::renderers::embree::bench {
+
+/// The side of the sheet that has 10^6 triangles.
+inline constexpr int kMillionSide = 707;
 
 /// A stage in memory with one mesh: a wavy sheet of `side` x `side` quads in the plane z = 0, 2 units wide.
 PXR_NS::UsdStageRefPtr makeSheet(int side);

@@ -29,10 +29,12 @@ RendererState::Copy CaptureFrame::_settings()
     return m_captured;
 }
 
-bool CaptureFrame::_wantsGeometry(const FrameSettings&) const
+FilmParts CaptureFrame::_wantedParts(const FrameSettings& settings) const
 {
-    return std::any_of(m_requests.begin(), m_requests.end(),
-                       [](const AovCaptureRequest& r) { return outputOf(r.aov) != Output::Color; });
+    std::vector<Output> outputs;
+    for (const AovCaptureRequest& request : m_requests)
+        outputs.push_back(*outputOf(request.aov));
+    return partsFor(outputs, settings);
 }
 
 bool CaptureFrame::_onImage(bool) { return true; }
@@ -46,12 +48,12 @@ void CaptureFrame::_finish(bool converged)
 
 void CaptureFrame::_write()
 {
-    const Film film = finishedFilm();
+    const std::shared_ptr<const Film> film = finishedFilm();
     for (const AovCaptureRequest& request : m_requests) {
         FrameSettings settings = frameSettings();
         if (request.clearColor) settings.clearColor = *request.clearColor;
         if (core()->isClosed()) return;
-        writeImage(request.path, film, settings, *outputOf(request.aov));
+        writeImage(request.path, *film, settings, *outputOf(request.aov));
     }
 }
 

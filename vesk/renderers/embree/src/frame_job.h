@@ -9,13 +9,16 @@
 #include <vesk/framework/hydra_renderer/hydra_render_job_result.h>
 #include <vesk/framework/hydra_renderer/render_parameters.h>
 
+#include <atomic>
 #include <chrono>
 #include <memory>
+#include <optional>
 
 namespace vesk::renderers::embree {
 
 /// One frame on its way: takes the scene, draws it pass by pass on the default pool and tells what came of
-/// it. Each pass is a piece of work of its own, so that picks and other work get their turn in between.
+/// it. A pass that nobody wants any more is left after the tiles in hand; what is shown then is the last
+/// image, refined as far as the pass came.
 class FrameJob : public PendingRequest, public std::enable_shared_from_this<FrameJob>
 {
 public:
@@ -29,13 +32,16 @@ protected:
     /// The settings to draw with, taken when the frame begins.
     virtual RendererState::Copy _settings() = 0;
 
-    /// Whether what lies at the pixels' centres is wanted besides the colour.
-    virtual bool _wantsGeometry(const FrameSettings& settings) const = 0;
+    /// What of the pixels will be read.
+    virtual FilmParts _wantedParts(const FrameSettings& settings) const = 0;
+
+    /// Whether somebody waits for the first image.
+    virtual bool _isUrgent() const { return false; }
 
     /// Whether the first image may be coarse, so that it comes fast.
     virtual bool _mayBeginCoarse() const { return false; }
 
-    /// Whether what is being traced is not wanted any more; asked from any thread.
+    /// Whether what is being traced is not wanted any more; asked from any thread for every tile.
     virtual bool _isOutdated() const { return false; }
 
     /// Whether the frame is refined further; it may be asked to begin again.
@@ -49,39 +55,69 @@ protected:
     virtual void _fail(std::exception_ptr error) = 0;
 
     const std::shared_ptr<RendererCore>& core() const { return m_core; }
-    const FrameSettings& frameSettings() const { return m_copy.settings; }
-    const RendererState::Copy& settingsCopy() const { return m_copy; }
+    const FrameSettings& frameSettings() const { return m_now.copy.settings; }
+    const RendererState::Copy& settingsCopy() const { return m_now.copy; }
 
-    /// The film with outlines and debug pictures drawn.
-    Film finishedFilm() const;
-    /// Samples per pixel of the newest image; 0 for a coarse one.
-    int samplesDone() const { return m_samplesDone; }
+    /// The last image with outlines and debug pictures drawn, in full size.
+    std::shared_ptr<const Film> finishedFilm() const;
+
+    /// One output of the last image, in full size.
+    framework::hydra_renderer::AovBuffer readOutput(Output output) const;
+
+    /// Samples per pixel of the last image; 0 for a coarse one.
+    int samplesDone() const { return m_now.samples; }
 
     /// Begins again with the newest settings.
     void restart();
 
 private:
+    /// One picture on its way, from the settings that it shows to its last image.
+    struct Drawing
+    {
+        RendererState::Copy copy;
+        std::unique_ptr<FrameView> view;
+        FilmParts parts;
+        Film film;       ///< the last image
+        int block = 1;   ///< of `film`
+        int samples = 0; ///< of every pixel of `film`; 0 for a coarse one
+        bool hasImage = false;
+    };
+
+    /// What is being traced.
+    struct Pass
+    {
+        int first = 0;
+        int last = 1;
+        int block = 1;
+        Film* film = nullptr;
+        std::vector<Tile> tiles;
+        std::chrono::steady_clock::time_point begin;
+    };
+
+    void _pull();
     void _prepare(const PulledScene& pulled);
-    void _postPass();
-    void _runPass();
-    int _nextPassSamples() const;
-    void _traceCoarse();
-    bool _trace(int first, int last, int block);
+    bool _endsInFavourOfNext();
+    void _beginPass();
+    void _planPass();
+    void _traceTile(std::size_t tile) const;
+    bool _isOver();
+    void _endPass(std::exception_ptr error);
+    void _takeImage();
     bool _afterPass();
-    bool _giveUpPass();
-    std::vector<std::uint8_t> _marks() const;
+    void _giveUpPass();
+    void _endWith(bool converged);
+    std::shared_ptr<const Film> _debuggedFilm() const;
+    std::vector<std::uint8_t> _marks(const Film& film) const;
     void _end(std::exception_ptr error);
     template <class F>
     void _guarded(F&& step);
 
     std::shared_ptr<RendererCore> m_core;
-    RendererState::Copy m_copy;
-    std::unique_ptr<FrameView> m_view;
-    Film m_film;
-    std::vector<Tile> m_tiles;
-    int m_samplesDone = 0;
-    int m_block = 1; ///< of the image before the first sample, 1 for none
-    bool m_hasImage = false;
+    Drawing m_now;
+    std::optional<Drawing> m_former; ///< before a restart, until there is an image again
+    Pass m_pass;
+    Film m_next; ///< takes the place of a coarse image when it is whole
+    std::atomic<bool> m_isLeft{false};
     bool m_cancelled = false;
     bool m_restarting = false;
 };
@@ -101,7 +137,8 @@ public:
 
 protected:
     RendererState::Copy _settings() override;
-    bool _wantsGeometry(const FrameSettings& settings) const override;
+    FilmParts _wantedParts(const FrameSettings& settings) const override;
+    bool _isUrgent() const override { return true; }
     bool _mayBeginCoarse() const override;
     bool _isOutdated() const override;
     bool _goesOn() override;
@@ -131,7 +168,7 @@ public:
 
 protected:
     RendererState::Copy _settings() override;
-    bool _wantsGeometry(const FrameSettings& settings) const override;
+    FilmParts _wantedParts(const FrameSettings& settings) const override;
     bool _onImage(bool converged) override;
     void _finish(bool converged) override;
     void _fail(std::exception_ptr error) override;

@@ -1,6 +1,7 @@
 #include "picking.h"
 
 #include "frame_setup.h"
+#include "tile_pass.h"
 
 #include <vesk/base/error_handling.h>
 
@@ -65,29 +66,58 @@ PickingResult describe(const FrameView& view, const ViewRay& ray, const SurfaceH
     return result;
 }
 
-// Of the probes that hit, the nearest to the position; of equally near ones the nearest to the viewer.
-PickingResult nearestHit(const FrameView& view, const std::vector<Probe>& probes)
+/// Of the probes that hit, the nearest to the position; of equally near ones the nearest to the viewer.
+class NearestHit
 {
-    std::vector<ViewRay> views;
-    std::vector<RTCRayHit> rays;
-    for (const Probe& probe : probes) {
-        views.push_back(view.camera.at(probe.x, probe.y));
-        rays.push_back(toRay(views.back()));
+public:
+    explicit NearestHit(const FrameView& view) : m_view(view) {}
+
+    bool found() const { return m_hit.has_value(); }
+    PickingResult result() const { return m_hit ? describe(m_view, m_ray, *m_hit) : PickingResult(); }
+
+    void look(float x, float y)
+    {
+        m_ray = m_view.camera.at(x, y);
+        m_hit = m_view.scene->intersect(m_ray);
     }
-    view.scene->intersect(rays.data(), static_cast<unsigned>(rays.size()), true);
-    PickingResult best;
-    float bestDistance2 = 0.0f;
-    for (std::size_t i = 0; i < probes.size(); ++i) {
-        if (best.hit && probes[i].distance2 > bestDistance2) break;
-        SurfaceHit hit;
-        if (!toHit(rays[i], hit)) continue;
-        const double depth = views[i].viewDistance(hit.t);
-        if (best.hit && depth >= best.depth) continue;
-        best = describe(view, views[i], hit);
-        bestDistance2 = probes[i].distance2;
+
+    /// \param probes nearest first
+    void look(const std::vector<Probe>& probes)
+    {
+        RayPacket packet;
+        ViewRay rays[RayPacket::kSize];
+        for (std::size_t first = 0; first < probes.size(); first += RayPacket::kSize) {
+            if (m_hit && probes[first].distance2 > m_distance2) return;
+            const std::size_t last = std::min(first + RayPacket::kSize, probes.size());
+            packet.clear();
+            for (std::size_t i = first; i < last; ++i) {
+                rays[i - first] = m_view.camera.at(probes[i].x, probes[i].y);
+                packet.add(rays[i - first]);
+            }
+            m_view.scene->intersect(packet);
+            for (std::size_t i = first; i < last; ++i)
+                _take(probes[i], rays[i - first], packet, static_cast<int>(i - first));
+        }
     }
-    return best;
-}
+
+private:
+    void _take(const Probe& probe, const ViewRay& ray, const RayPacket& packet, int lane)
+    {
+        if (!packet.isHit(lane)) return;
+        const float depth = ray.viewDistance(packet.distance(lane));
+        if (m_hit && (probe.distance2 > m_distance2 || depth >= m_depth)) return;
+        m_hit = packet.hit(lane);
+        m_ray = ray;
+        m_distance2 = probe.distance2;
+        m_depth = depth;
+    }
+
+    const FrameView& m_view;
+    std::optional<SurfaceHit> m_hit;
+    ViewRay m_ray;
+    float m_distance2 = 0.0f;
+    float m_depth = 0.0f;
+};
 
 } // namespace
 
@@ -95,17 +125,18 @@ PickingResult pickAt(const FrameView& view, float x, float y, float radius)
 {
     const GfVec2i& size = view.settings.size;
     if (!isInside(size, x, y)) return {};
-    PickingResult result = nearestHit(view, {{0.0f, x, y}});
-    if (result.hit || !(radius > 0.0f)) return result;
+    NearestHit nearest(view);
+    nearest.look(x, y);
+    if (nearest.found() || !(radius > 0.0f)) return nearest.result();
     // Nothing lies farther away than the picture's far corner. Rings, so that a near hit ends the search.
     const float most = std::min(radius, std::hypot(static_cast<float>(size[0]), static_cast<float>(size[1])));
     float inner = 0.0f;
-    for (float outer = std::min(4.0f, most); !result.hit; outer = std::min(2.0f * outer, most)) {
-        result = nearestHit(view, ringOfProbes(size, x, y, inner, outer));
+    for (float outer = std::min(4.0f, most); !nearest.found(); outer = std::min(2.0f * outer, most)) {
+        nearest.look(ringOfProbes(size, x, y, inner, outer));
         if (outer >= most) break;
         inner = outer;
     }
-    return result;
+    return nearest.result();
 }
 
 GfVec4f readOutputAt(const FrameView& view, Output output, float x, float y)
@@ -118,15 +149,15 @@ GfVec4f readOutputAt(const FrameView& view, Output output, float x, float y)
     const auto column = static_cast<int>(x);
     const auto row = static_cast<int>(y);
     const Tile tile{column, row, column + 1, row + 1};
-    Film film(size);
+    FilmParts parts;
+    if (output != Output::Color) parts = partsFor({output}, view.settings);
+    Film film(GfVec2i(1, 1), parts, GfVec2i(column, row));
     if (output == Output::Color) {
         traceColor(view, film, tile, 0, view.settings.samples);
-        film.samples = view.settings.samples;
     } else {
-        film.addGeometry();
         traceGeometry(view, film, tile);
     }
-    const OutputPixel pixel = readPixel(film, view.settings, output, film.index(column, row));
+    const OutputPixel pixel = readPixel(film, view.settings, output, 0);
     return GfVec4f(pixel.channel[0], pixel.channel[1], pixel.channel[2], pixel.channel[3]);
 }
 
@@ -170,7 +201,7 @@ base::Future<T> startRequest(const std::shared_ptr<RendererCore>& core, Answer a
     }
     core->addRequest(request);
     RendererCore::pull(copy)
-        .recover(base::defaultExecutor(base::Priority::High),
+        .recover(urgentExecutor(),
                  [core, request, copy, answer](const base::Future<PulledScene>& pulled) {
                      request->run(*core, copy, pulled, answer);
                      core->requestEnded(request);

@@ -54,13 +54,11 @@ void RendererCore::frameEnded(const FrameJob* job)
     std::shared_ptr<FrameJob> ended; // destroyed after the lock
     {
         const std::lock_guard lock(m_mutex);
-        if (m_drawn.get() == job) ended = std::move(m_drawn);
+        if (m_drawn.get() != job) return;
+        ended = std::move(m_drawn);
         m_drawn.reset();
     }
-    // Not from here: a long row of frames that fail at once must not nest.
-    base::defaultExecutor(base::Priority::Low)->post(base::Work([self = shared_from_this()] {
-        self->_startNext();
-    }));
+    _startNext();
 }
 
 bool RendererCore::frameIsWaiting() const

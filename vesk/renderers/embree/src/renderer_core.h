@@ -1,6 +1,7 @@
 #pragma once
 
 #include "renderer_state.h"
+#include "sample_rate.h"
 
 #include <atomic>
 #include <deque>
@@ -39,11 +40,14 @@ public:
     /// Queues a frame or a capture.
     void addFrame(std::shared_ptr<FrameJob> job);
 
-    /// Tells that the drawn frame's future has ended; the next one begins.
+    /// Tells that a frame's future has ended; where it was the drawn one the next one begins.
     void frameEnded(const FrameJob* job);
 
     /// Whether another frame waits behind the drawn one.
     bool frameIsWaiting() const;
+
+    /// How long samples take. \param colors whether they are shaded
+    SampleRate& sampleRate(bool colors) { return colors ? m_colorRate : m_geometryRate; }
 
     /// Remembers a pick so that its future ends when the renderer is destroyed.
     void addRequest(const std::shared_ptr<PendingRequest>& request);
@@ -72,6 +76,8 @@ private:
     std::shared_ptr<BuiltScenes> m_built;
     std::atomic<bool> m_closed{false};
     std::atomic<std::uint64_t> m_frameCount{0};
+    SampleRate m_colorRate;
+    SampleRate m_geometryRate;
 
     mutable std::mutex m_mutex; // guards what follows; no call goes out while it is held
     std::deque<std::shared_ptr<FrameJob>> m_waiting;

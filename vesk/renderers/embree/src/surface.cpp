@@ -21,18 +21,6 @@ T valueOf(const Geometry& g, const Primvar<T>& primvar, const SurfaceHit& hit)
     return primvar.values[std::min(index, primvar.values.size() - 1)];
 }
 
-std::uint32_t elementOf(const Geometry& g, const SurfaceHit& hit)
-{
-    switch (g.kind) {
-    case GeometryKind::Triangles:
-        return g.faces[hit.primitive];
-    case GeometryKind::Curves:
-        return g.segmentCurve[hit.primitive];
-    default:
-        return hit.primitive;
-    }
-}
-
 Vec3 towards(Vec3 n, Vec3 direction) { return dot(n, direction) > 0.0f ? -n : n; }
 
 Vec3 toScene(const HitFrame& frame, Vec3 local) { return Vec3(frame.toScene.Transform(local.toGfd())); }
@@ -54,7 +42,7 @@ SurfacePoint placeIn(const HitFrame& frame, const SurfaceHit& hit, Vec3 origin, 
         const Vec3 unit = normalized(n, s.geometricNormal);
         s.normal = dot(unit, s.geometricNormal) < 0.0f ? -unit : unit;
     }
-    s.face = elementOf(g, hit);
+    s.face = elementOf(g, hit.primitive);
     return s;
 }
 

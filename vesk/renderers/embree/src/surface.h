@@ -35,6 +35,19 @@ SurfacePoint placeAt(const TraceScene& scene, const SurfaceHit& hit, Vec3 origin
 SurfacePoint surfaceAt(const TraceScene& scene, const SurfaceHit& hit, Vec3 origin, Vec3 direction,
                        const SurfaceLooks& looks);
 
+/// The authored face, curve or point that a primitive of the ray tracer is a part of.
+inline std::uint32_t elementOf(const Geometry& g, std::uint32_t primitive)
+{
+    switch (g.kind) {
+    case GeometryKind::Triangles:
+        return g.faces[primitive];
+    case GeometryKind::Curves:
+        return g.segmentCurve[primitive];
+    default:
+        return primitive;
+    }
+}
+
 /// How far a hit lies from the nearest outline edge of its face, in stage units; a large number for shapes
 /// that have no edges.
 float distanceToEdge(const TraceScene& scene, const SurfaceHit& hit);

@@ -41,6 +41,21 @@ void addGridBefore(Path& path, float t)
     path.grid.alpha = 0.0f;
 }
 
+/// Calls `f(x, y)` for each pixel of a tile, square by square, so that rays of one packet are alike.
+template <class F>
+void forEachPixel(const Tile& tile, const F& f)
+{
+    constexpr int side = RayPacket::kSide;
+    for (int top = tile.y0; top < tile.y1; top += side) {
+        for (int left = tile.x0; left < tile.x1; left += side) {
+            for (int y = top; y < std::min(top + side, tile.y1); ++y) {
+                for (int x = left; x < std::min(left + side, tile.x1); ++x)
+                    f(x, y);
+            }
+        }
+    }
+}
+
 class SampleWave
 {
 public:
@@ -49,23 +64,26 @@ public:
     {
         const Sample2 offset = pixelSample(static_cast<std::uint32_t>(sample));
         const auto width = static_cast<float>(block);
-        for (int y = tile.y0; y < tile.y1; y += block) {
-            for (int x = tile.x0; x < tile.x1; x += block) {
-                Path path;
-                path.pixel = film.index(x, y);
-                path.seed = hash(static_cast<std::uint32_t>(path.pixel));
-                path.ray = view.camera.at(static_cast<float>(x) + offset.x * width,
-                                          static_cast<float>(y) + offset.y * width);
-                path.grid = view.grid.cross(path.ray);
-                m_paths.push_back(path);
-            }
-        }
+        const auto count =
+            static_cast<std::size_t>(tile.x1 - tile.x0) * static_cast<std::size_t>(tile.y1 - tile.y0);
+        m_paths.reserve(count);
+        m_hitPaths.reserve(count);
+        m_points.reserve(count);
+        forEachPixel(tile, [&](int x, int y) {
+            Path path;
+            path.pixel = film.index(x, y);
+            path.seed = hash(static_cast<std::uint32_t>(y * view.settings.size[0] + x));
+            path.ray = view.camera.at((static_cast<float>(x) + offset.x) * width,
+                                      (static_cast<float>(y) + offset.y) * width);
+            path.grid = view.grid.cross(path.ray);
+            m_paths.push_back(path);
+        });
     }
 
     void run(Film& film)
     {
         for (int layer = 0; layer < kMaxLayers && !m_paths.empty(); ++layer) {
-            _traceLayer(film, layer);
+            _traceLayer(film);
         }
         for (Path& path : m_paths) {
             _finish(film, path);
@@ -73,30 +91,35 @@ public:
     }
 
 private:
-    void _traceLayer(Film& film, int layer)
+    void _traceLayer(Film& film)
     {
-        m_rays.clear();
-        for (const Path& path : m_paths) {
-            m_rays.push_back(toRay(path.ray));
-        }
-        m_view.scene->intersect(m_rays.data(), static_cast<unsigned>(m_rays.size()), layer == 0);
         m_points.clear();
         m_hitPaths.clear();
-        for (std::size_t i = 0; i < m_paths.size(); ++i) {
-            m_paths[i].rays += 1.0f;
-            SurfaceHit hit;
-            if (!toHit(m_rays[i], hit)) {
-                _finish(film, m_paths[i]);
-                continue;
-            }
-            m_hitPaths.push_back(m_paths[i]);
-            m_points.push_back(m_shader.prepare(hit, m_paths[i].ray, m_paths[i].seed));
+        for (std::size_t first = 0; first < m_paths.size(); first += RayPacket::kSize) {
+            const std::size_t last = std::min(first + RayPacket::kSize, m_paths.size());
+            m_packet.clear();
+            for (std::size_t i = first; i < last; ++i)
+                m_packet.add(m_paths[i].ray);
+            m_view.scene->intersect(m_packet);
+            for (std::size_t i = first; i < last; ++i)
+                _takeHit(film, m_paths[i], static_cast<int>(i - first));
         }
         m_shader.shade(m_points);
         m_paths.clear();
         for (std::size_t i = 0; i < m_hitPaths.size(); ++i) {
             _goOn(film, m_hitPaths[i], m_points[i]);
         }
+    }
+
+    void _takeHit(Film& film, Path& path, int lane)
+    {
+        path.rays += 1.0f;
+        if (!m_packet.isHit(lane)) {
+            _finish(film, path);
+            return;
+        }
+        m_hitPaths.push_back(path);
+        m_points.push_back(m_shader.prepare(m_packet.hit(lane), path.ray, path.seed));
     }
 
     void _goOn(Film& film, Path& path, const ShadedPoint& point)
@@ -124,32 +147,66 @@ private:
         pixel.color += path.color;
         pixel.alpha += 1.0f - path.throughput;
         pixel.cost += path.rays;
+        pixel.samples += 1.0f;
     }
 
     const FrameView& m_view;
     Shader m_shader;
     std::vector<Path> m_paths;
     std::vector<Path> m_hitPaths;
-    std::vector<RTCRayHit> m_rays;
+    RayPacket m_packet;
     std::vector<ShadedPoint> m_points;
 };
 
-GeometryPixel geometryAt(const FrameView& view, const ViewRay& ray, const SurfaceHit& hit)
+/// Writes what one ray of a packet shows to the parts of a film that it has.
+class GeometryWriter
 {
-    const SurfacePoint s = placeAt(*view.scene, hit, ray.origin, ray.direction, false);
-    GeometryPixel pixel;
-    pixel.viewDistance = ray.viewDistance(hit.t);
-    pixel.windowDepth = view.camera.windowDepth(pixel.viewDistance);
-    pixel.normal = s.normal;
-    pixel.eyeNormal = {dot(s.normal, view.camera.right()), dot(s.normal, view.camera.up()),
-                       dot(s.normal, view.camera.backward())};
-    pixel.prim = view.scene->primIdOf(hit);
-    pixel.placement = hit.placement;
-    pixel.item = hit.item;
-    pixel.element = static_cast<int>(s.face);
-    pixel.instance = view.scene->instanceIndexOf(hit);
-    return pixel;
-}
+public:
+    GeometryWriter(const FrameView& view, Film& film) : m_view(view), m_film(film) {}
+
+    void write(std::size_t pixel, const ViewRay& ray, const RayPacket& packet, int lane)
+    {
+        const bool isHit = packet.isHit(lane);
+        const FilmParts& parts = m_film.parts();
+        if (parts.ids) m_film.ids(pixel) = isHit ? _ids(packet, lane) : IdPixel();
+        if (parts.depths) m_film.depths(pixel) = isHit ? _depths(ray, packet.distance(lane)) : DepthPixel();
+        if (parts.normals) m_film.normals(pixel) = isHit ? _normals(ray, packet.hit(lane)) : NormalPixel();
+    }
+
+private:
+    IdPixel _ids(const RayPacket& packet, int lane)
+    {
+        // Neighbours mostly show the same prim: its numbers are looked up once.
+        if (packet.placement(lane) != m_last.placement || packet.item(lane) != m_last.item || !m_geometry) {
+            m_last.placement = packet.placement(lane);
+            m_last.item = packet.item(lane);
+            m_last.prim = m_view.scene->primIdOf(m_last.placement, m_last.item);
+            m_last.instance = m_view.scene->instanceIndexOf(m_last.placement);
+            m_geometry = m_view.scene->itemOf(m_last.placement, m_last.item).geometry.get();
+        }
+        IdPixel ids = m_last;
+        ids.element = static_cast<int>(elementOf(*m_geometry, packet.primitive(lane)));
+        return ids;
+    }
+
+    DepthPixel _depths(const ViewRay& ray, float distance) const
+    {
+        const float depth = ray.viewDistance(distance);
+        return {depth, m_view.camera.windowDepth(depth)};
+    }
+
+    NormalPixel _normals(const ViewRay& ray, const SurfaceHit& hit) const
+    {
+        const Vec3 n = placeAt(*m_view.scene, hit, ray.origin, ray.direction, false).normal;
+        const CameraRays& camera = m_view.camera;
+        return {n, {dot(n, camera.right()), dot(n, camera.up()), dot(n, camera.backward())}};
+    }
+
+    const FrameView& m_view;
+    Film& m_film;
+    IdPixel m_last;
+    const Geometry* m_geometry = nullptr;
+};
 
 // The classic model's shininess as a roughness: its highlight has the same width.
 Material toMaterial(const PXR_NS::GlfSimpleMaterial& simple)
@@ -189,85 +246,35 @@ SurfaceLooks FrameView::looks() const
     return looks;
 }
 
-bool toHit(const RTCRayHit& ray, SurfaceHit& hit)
-{
-    if (ray.hit.geomID == RTC_INVALID_GEOMETRY_ID) return false;
-    hit.placement = ray.hit.instID[0];
-    hit.item = ray.hit.geomID;
-    hit.primitive = ray.hit.primID;
-    hit.u = ray.hit.u;
-    hit.v = ray.hit.v;
-    hit.t = ray.ray.tfar;
-    hit.geometricNormal = {ray.hit.Ng_x, ray.hit.Ng_y, ray.hit.Ng_z};
-    return true;
-}
-
-RTCRayHit toRay(const ViewRay& ray)
-{
-    RTCRayHit r{};
-    r.ray.org_x = ray.origin.x;
-    r.ray.org_y = ray.origin.y;
-    r.ray.org_z = ray.origin.z;
-    r.ray.dir_x = ray.direction.x;
-    r.ray.dir_y = ray.direction.y;
-    r.ray.dir_z = ray.direction.z;
-    r.ray.tnear = ray.tNear;
-    r.ray.tfar = ray.tFar;
-    r.ray.mask = 0xffffffffu;
-    r.hit.geomID = RTC_INVALID_GEOMETRY_ID;
-    r.hit.instID[0] = RTC_INVALID_GEOMETRY_ID;
-    return r;
-}
-
-namespace {
-
-// Gives all pixels of each block what its first one has.
-template <class Get>
-void spreadBlocks(const Film& film, const Tile& tile, int block, const Get& get)
-{
-    for (int y = tile.y0; y < tile.y1; ++y) {
-        const int top = tile.y0 + (y - tile.y0) / block * block;
-        for (int x = tile.x0; x < tile.x1; ++x) {
-            const int left = tile.x0 + (x - tile.x0) / block * block;
-            if (left != x || top != y) get(film.index(x, y)) = get(film.index(left, top));
-        }
-    }
-}
-
-} // namespace
-
 void traceColor(const FrameView& view, Film& film, const Tile& tile, int first, int last, int block)
 {
-    for (int sample = first; sample < last; ++sample) {
+    for (int sample = first; sample < last; ++sample)
         SampleWave(view, tile, sample, film, block).run(film);
-    }
-    if (block > 1)
-        spreadBlocks(film, tile, block, [&film](std::size_t i) -> FilmPixel& { return film.pixel(i); });
 }
 
 void traceGeometry(const FrameView& view, Film& film, const Tile& tile, int block)
 {
-    std::vector<ViewRay> views;
-    std::vector<RTCRayHit> rays;
-    const float middle = 0.5f * static_cast<float>(block);
-    for (int y = tile.y0; y < tile.y1; y += block) {
-        for (int x = tile.x0; x < tile.x1; x += block) {
-            views.push_back(view.camera.at(static_cast<float>(x) + middle, static_cast<float>(y) + middle));
-            rays.push_back(toRay(views.back()));
-        }
-    }
-    view.scene->intersect(rays.data(), static_cast<unsigned>(rays.size()), true);
-    std::size_t i = 0;
-    for (int y = tile.y0; y < tile.y1; y += block) {
-        for (int x = tile.x0; x < tile.x1; x += block, ++i) {
-            SurfaceHit hit;
-            GeometryPixel& pixel = film.geometry(film.index(x, y));
-            pixel = toHit(rays[i], hit) ? geometryAt(view, views[i], hit) : GeometryPixel();
-        }
-    }
-    if (block > 1)
-        spreadBlocks(film, tile, block,
-                     [&film](std::size_t k) -> GeometryPixel& { return film.geometry(k); });
+    GeometryWriter writer(view, film);
+    RayPacket packet;
+    ViewRay rays[RayPacket::kSize];
+    std::size_t pixels[RayPacket::kSize];
+    const auto flush = [&] {
+        if (packet.count() == 0) return;
+        view.scene->intersect(packet);
+        for (int i = 0; i < packet.count(); ++i)
+            writer.write(pixels[i], rays[i], packet, i);
+        packet.clear();
+    };
+    const auto width = static_cast<float>(block);
+    forEachPixel(tile, [&](int x, int y) {
+        const int lane = packet.count();
+        rays[lane] =
+            view.camera.at((static_cast<float>(x) + 0.5f) * width, (static_cast<float>(y) + 0.5f) * width);
+        pixels[lane] = film.index(x, y);
+        packet.add(rays[lane]);
+        if (packet.isFull()) flush();
+    });
+    flush();
 }
 
 } // namespace vesk::renderers::embree

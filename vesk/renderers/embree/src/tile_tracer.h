@@ -36,18 +36,13 @@ struct FrameView
 };
 
 /// Adds samples [first, last) of each pixel of a tile to a film.
-/// \param block width of the squares of pixels that share what their middle shows, 1 for each its own
+/// \param tile in pixels of the film
+/// \param block width of the square of the picture's pixels that one pixel of the film stands for
 /// The result does not depend on the order of tiles or on the number of threads. Thread: any, one tile at a
 /// time.
 void traceColor(const FrameView& view, Film& film, const Tile& tile, int first, int last, int block = 1);
 
-/// Writes what lies at the centres of a tile's pixels to a film that has room for it.
+/// Writes what lies at the centres of a tile's pixels to those parts that the film has.
 void traceGeometry(const FrameView& view, Film& film, const Tile& tile, int block = 1);
-
-/// Turns a ray tracer's answer into a hit; false for a miss.
-bool toHit(const RTCRayHit& ray, SurfaceHit& hit);
-
-/// Fills a ray tracer's question from a view ray.
-RTCRayHit toRay(const ViewRay& ray);
 
 } // namespace vesk::renderers::embree

@@ -48,9 +48,9 @@ void TraceScene::_setOrigin(const std::optional<GfVec3d>& former)
     m_reach = static_cast<float>(radius + (m_origin - middle).GetLength());
 }
 
-const SceneItem& TraceScene::itemOf(const SurfaceHit& hit) const
+const SceneItem& TraceScene::itemOf(std::uint32_t placement, std::uint32_t item) const
 {
-    return _chunkOf(hit.placement).chunk->groups[_placementOf(hit.placement).group]->items[hit.item];
+    return _chunkOf(placement).chunk->groups[_placementOf(placement).group]->items[item];
 }
 
 HitFrame TraceScene::frameOf(const SurfaceHit& hit) const
@@ -58,7 +58,7 @@ HitFrame TraceScene::frameOf(const SurfaceHit& hit) const
     const Placement& placement = _placementOf(hit.placement);
     const GfMatrix4d groupToWorld = placement.matrix();
     HitFrame frame;
-    frame.item = &itemOf(hit);
+    frame.item = &itemOf(hit.placement, hit.item);
     frame.toScene = frame.item->movesInGroup ? frame.item->toGroup * groupToWorld : groupToWorld;
     frame.toWorld = Mat3::of(frame.toScene);
     frame.normalToWorld = Mat3::forNormals(frame.toScene);
@@ -85,18 +85,31 @@ HitNames TraceScene::namesOf(std::uint32_t number, std::uint32_t item) const
     return names;
 }
 
-int TraceScene::primIdOf(const SurfaceHit& hit) const
+std::optional<SurfaceHit> TraceScene::intersect(const ViewRay& ray) const
 {
-    return static_cast<int>(_chunkOf(hit.placement).firstPrim + _placementOf(hit.placement).firstPrim +
-                            hit.item);
-}
-
-void TraceScene::intersect(RTCRayHit* rays, unsigned count, bool coherent) const
-{
+    RTCRayHit r{};
+    r.ray.org_x = ray.origin.x;
+    r.ray.org_y = ray.origin.y;
+    r.ray.org_z = ray.origin.z;
+    r.ray.dir_x = ray.direction.x;
+    r.ray.dir_y = ray.direction.y;
+    r.ray.dir_z = ray.direction.z;
+    r.ray.tnear = ray.tNear;
+    r.ray.tfar = ray.tFar;
+    r.ray.mask = 0xffffffffu;
+    r.hit.geomID = RTC_INVALID_GEOMETRY_ID;
+    r.hit.instID[0] = RTC_INVALID_GEOMETRY_ID;
     RTCIntersectContext context;
     rtcInitIntersectContext(&context);
-    context.flags = coherent ? RTC_INTERSECT_CONTEXT_FLAG_COHERENT : RTC_INTERSECT_CONTEXT_FLAG_INCOHERENT;
-    rtcIntersect1M(m_scene->get(), &context, rays, count, sizeof(RTCRayHit));
+    rtcIntersect1(m_scene->get(), &context, &r);
+    if (r.hit.geomID == RTC_INVALID_GEOMETRY_ID) return std::nullopt;
+    return SurfaceHit{r.hit.instID[0],
+                      r.hit.geomID,
+                      r.hit.primID,
+                      r.hit.u,
+                      r.hit.v,
+                      r.ray.tfar,
+                      {r.hit.Ng_x, r.hit.Ng_y, r.hit.Ng_z}};
 }
 
 void TraceScene::occluded(RTCRay* rays, unsigned count, bool coherent) const

@@ -1,21 +1,10 @@
 #pragma once
 
 #include "built_scenes.h"
+#include "ray_packet.h"
 #include "scene_snapshot.h"
 
 namespace vesk::renderers::embree {
-
-/// What a ray hit.
-struct SurfaceHit
-{
-    std::uint32_t placement = 0; ///< number of the placement in the scene
-    std::uint32_t item = 0;      ///< number of the item in its group
-    std::uint32_t primitive = 0;
-    float u = 0.0f;
-    float v = 0.0f;
-    float t = 0.0f;
-    Vec3 geometricNormal; ///< in the group's space, not normalised
-};
 
 /// How the hit item stands in the ray tracer's space.
 struct HitFrame
@@ -55,20 +44,28 @@ public:
     /// Nothing lies farther than this from the origin.
     float reach() const { return m_reach; }
 
-    const SceneItem& itemOf(const SurfaceHit& hit) const;
+    const SceneItem& itemOf(std::uint32_t placement, std::uint32_t item) const;
     HitFrame frameOf(const SurfaceHit& hit) const;
     HitNames namesOf(std::uint32_t placement, std::uint32_t item) const;
 
     /// A number of the hit prim: copies that a point instancer made of one prim share it.
-    int primIdOf(const SurfaceHit& hit) const;
-    int instanceIndexOf(const SurfaceHit& hit) const { return _placementOf(hit.placement).instanceIndex; }
+    int primIdOf(std::uint32_t placement, std::uint32_t item) const
+    {
+        const Chunk& chunk = _chunkOf(placement);
+        const Placement& at = chunk.chunk->placements[placement - chunk.firstPlacement];
+        return static_cast<int>(chunk.firstPrim + at.firstPrim + item);
+    }
+    int instanceIndexOf(std::uint32_t placement) const { return _placementOf(placement).instanceIndex; }
 
     /// The scene as Embree knows it, and how long Embree took to build it from its parts.
     RTCScene handle() const { return m_scene->get(); }
     double commitSeconds() const { return m_commitSeconds; }
 
-    /// Finds the nearest hit of each ray. Rays of one call should be alike.
-    void intersect(RTCRayHit* rays, unsigned count, bool coherent) const;
+    /// Finds the nearest hit of one ray.
+    std::optional<SurfaceHit> intersect(const ViewRay& ray) const;
+
+    /// Finds the nearest hit of each ray.
+    void intersect(RayPacket& rays) const { rays.trace(m_scene->get()); }
 
     /// Finds whether anything blocks each ray: `tfar` becomes negative where it does.
     void occluded(RTCRay* rays, unsigned count, bool coherent) const;

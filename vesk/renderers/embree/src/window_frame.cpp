@@ -9,13 +9,13 @@ namespace {
 
 constexpr int kMostRestarts = 16; // a camera that never rests must not keep a frame for ever
 
-bool wantsGeometry(const RenderParameters& parameters)
+std::vector<Output> outputsOf(const RenderParameters& parameters)
 {
+    std::vector<Output> outputs;
     for (const auto& aov : parameters.aovs) {
-        const std::optional<Output> output = outputOf(aov);
-        if (output && *output != Output::Color) return true;
+        if (const std::optional<Output> output = outputOf(aov)) outputs.push_back(*output);
     }
-    return false;
+    return outputs;
 }
 
 } // namespace
@@ -34,15 +34,18 @@ RendererState::Copy WindowFrame::_settings()
     return copy;
 }
 
-bool WindowFrame::_wantsGeometry(const FrameSettings&) const { return wantsGeometry(m_parameters); }
+FilmParts WindowFrame::_wantedParts(const FrameSettings& settings) const
+{
+    return partsFor(outputsOf(m_parameters), settings);
+}
 
 bool WindowFrame::_mayBeginCoarse() const { return m_refines; }
 
-// Outputs that are read back hold what the last image showed: such a frame is not left in between.
 bool WindowFrame::_isOutdated() const
 {
-    return m_refines && m_parameters.aovs.empty() && m_restarts < kMostRestarts &&
-           (core()->state.serial() != settingsCopy().serial || core()->frameIsWaiting());
+    if (!m_refines) return false;
+    if (core()->frameIsWaiting()) return true;
+    return m_restarts < kMostRestarts && core()->state.serial() != settingsCopy().serial;
 }
 
 bool WindowFrame::_onImage(bool converged)
@@ -73,13 +76,8 @@ void WindowFrame::_finish(bool converged)
     result.samples = samplesDone();
     result.size = frameSettings().size;
     result.seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - m_begin).count();
-    if (!m_parameters.aovs.empty()) {
-        const Film film = finishedFilm();
-        for (const auto& aov : m_parameters.aovs) {
-            if (const auto output = outputOf(aov)) {
-                result.aovs.emplace_back(aov, readBuffer(film, frameSettings(), *output));
-            }
-        }
+    for (const auto& aov : m_parameters.aovs) {
+        if (const auto output = outputOf(aov)) result.aovs.emplace_back(aov, readOutput(*output));
     }
     m_promise.setValue(std::move(result));
 }

@@ -143,20 +143,16 @@ std::vector<std::string> channelNames(Output output)
     }
 }
 
-// EXR colour is linear and multiplied by its opacity, as that format has it.
-OutputPixel exrPixel(const Film& film, const FrameSettings& settings, Output output, std::size_t index)
-{
-    return output == Output::Color ? readWorkingColor(film, settings, index)
-                                   : readPixel(film, settings, output, index);
-}
-
 void writeExr(const fs::path& path, const Film& film, const FrameSettings& settings, Output output)
 {
     const std::vector<std::string> names = channelNames(output);
     const std::size_t count = names.size();
     std::vector<float> values(film.pixelCount() * count);
+    // EXR colour is linear and multiplied by its opacity, as that format has it.
+    const WorkingColors colors(film, settings);
     for (std::size_t i = 0; i < film.pixelCount(); ++i) {
-        const OutputPixel pixel = exrPixel(film, settings, output, i);
+        const OutputPixel pixel =
+            output == Output::Color ? colors.at(i) : readPixel(film, settings, output, i);
         std::copy(pixel.channel, pixel.channel + count,
                   values.begin() + static_cast<std::ptrdiff_t>(i * count));
     }

@@ -2,6 +2,8 @@
 
 #include <vesk/renderers/picture/color.h>
 
+#include <vesk/base/thread_pool.h>
+
 #include <array>
 #include <cstring>
 
@@ -29,19 +31,17 @@ constexpr std::array<NamedOutput, 9> kOutputs = {{{"color", Output::Color},
                                                   {"instanceId", Output::InstanceId},
                                                   {"elementId", Output::ElementId}}};
 
+constexpr std::size_t kPixelsOfOneThread = 100'000;
+
 OutputPixel scalar(float v) { return {{v, 0.0f, 0.0f, 1.0f}}; }
 OutputPixel vector(Vec3 v) { return {{v.x, v.y, v.z, 1.0f}}; }
 
-OutputPixel colorPixel(const Film& film, const FrameSettings& settings, std::size_t index)
+// For display: not multiplied by the opacity.
+void divideByOpacity(OutputPixel& pixel)
 {
-    OutputPixel pixel = readWorkingColor(film, settings, index);
     const float alpha = pixel.channel[3];
-    for (int c = 0; c < 3; ++c) {
-        float& value = pixel.channel[c];
-        if (alpha > 0.0f) value /= alpha;
-        if (settings.colorCorrection) value = linearToSrgb(value);
-    }
-    return pixel;
+    for (int c = 0; c < 3 && alpha > 0.0f; ++c)
+        pixel.channel[c] /= alpha;
 }
 
 Vec3 idColor(int id)
@@ -86,40 +86,113 @@ int channelsOf(Output output)
     }
 }
 
-// The background lies behind the samples; display colours are blended as working colours.
-OutputPixel readWorkingColor(const Film& film, const FrameSettings& settings, std::size_t index)
+FilmParts partsFor(const std::vector<Output>& outputs, const FrameSettings& settings)
 {
-    const float scale = film.samples > 0 ? 1.0f / static_cast<float>(film.samples) : 0.0f;
-    const FilmPixel& sum = film.pixel(index);
+    FilmParts parts;
+    parts.colors = outputs.empty();
+    for (const Output output : outputs) {
+        parts.colors |= output == Output::Color;
+        parts.depths |= output == Output::Depth || output == Output::LinearDepth;
+        parts.normals |= output == Output::Normal || output == Output::EyeNormal;
+        parts.ids |= output == Output::PrimId || output == Output::InstanceId || output == Output::ElementId;
+    }
+    if (!parts.colors) return parts;
+    const DebugMode debug = settings.debugMode;
+    parts.depths |= debug == DebugMode::Depth;
+    parts.normals |= debug == DebugMode::Normal;
+    parts.ids |= showsMarks(settings) || (debug != DebugMode::None && debug != DebugMode::Cost);
+    return parts;
+}
+
+bool showsMarks(const FrameSettings& s)
+{
+    return s.showSelection && !s.presentation && !(s.selection.empty() && s.highlighted.empty());
+}
+
+// Display colours are blended as working colours.
+WorkingColors::WorkingColors(const Film& film, const FrameSettings& settings)
+    : m_film(film),
+      m_behind(settings.transparentBackground ? 0.0f : std::clamp(settings.clearColor[3], 0.0f, 1.0f))
+{
     const GfVec4f& clear = settings.clearColor;
-    const float behind = settings.transparentBackground ? 0.0f : std::clamp(clear[3], 0.0f, 1.0f);
+    m_background = displayToWorking(Vec3(clear[0], clear[1], clear[2]), settings.colorCorrection);
+}
+
+OutputPixel WorkingColors::at(std::size_t index) const
+{
+    const FilmPixel& sum = m_film.pixel(index);
+    const float scale = sum.samples > 0.0f ? 1.0f / sum.samples : 0.0f;
     const float coverage = std::clamp(sum.alpha * scale, 0.0f, 1.0f);
-    const Vec3 background = displayToWorking(Vec3(clear[0], clear[1], clear[2]), settings.colorCorrection);
-    const Vec3 c = sum.color * scale + background * ((1.0f - coverage) * behind);
-    return {{c.x, c.y, c.z, coverage + (1.0f - coverage) * behind}};
+    const Vec3 c = sum.color * scale + m_background * ((1.0f - coverage) * m_behind);
+    return {{c.x, c.y, c.z, coverage + (1.0f - coverage) * m_behind}};
 }
 
 OutputPixel readPixel(const Film& film, const FrameSettings& settings, Output output, std::size_t index)
 {
-    if (output == Output::Color) return colorPixel(film, settings, index);
-    const GeometryPixel& g = film.geometry(index);
     switch (output) {
+    case Output::Color: {
+        OutputPixel pixel = WorkingColors(film, settings).at(index);
+        divideByOpacity(pixel);
+        for (int c = 0; c < 3 && settings.colorCorrection; ++c)
+            pixel.channel[c] = linearToSrgb(pixel.channel[c]);
+        return pixel;
+    }
     case Output::Depth:
-        return scalar(g.windowDepth);
+        return scalar(film.depths(index).windowDepth);
     case Output::LinearDepth:
-        return scalar(g.viewDistance);
+        return scalar(film.depths(index).viewDistance);
     case Output::Normal:
-        return vector(g.normal);
+        return vector(film.normals(index).world);
     case Output::EyeNormal:
-        return vector(g.eyeNormal);
+        return vector(film.normals(index).eye);
     case Output::PrimId:
-        return scalar(static_cast<float>(g.prim));
+        return scalar(static_cast<float>(film.ids(index).prim));
     case Output::InstanceId:
-        return scalar(static_cast<float>(g.instance));
+        return scalar(static_cast<float>(film.ids(index).instance));
     default:
-        return scalar(static_cast<float>(g.element));
+        return scalar(static_cast<float>(film.ids(index).element));
     }
 }
+
+namespace {
+
+void readColors(const Film& film, const FrameSettings& settings, std::size_t from, std::size_t to,
+                std::uint8_t* bytes)
+{
+    const WorkingColors colors(film, settings);
+    const DisplayBytes& encoded = DisplayBytes::get();
+    for (std::size_t i = from; i < to; ++i, bytes += 4) {
+        OutputPixel pixel = colors.at(i);
+        divideByOpacity(pixel);
+        for (int c = 0; c < 3; ++c)
+            bytes[c] = settings.colorCorrection ? encoded.of(pixel.channel[c]) : toByte(pixel.channel[c]);
+        bytes[3] = toByte(pixel.channel[3]);
+    }
+}
+
+// Ids are copied as they are: floats do not hold every large one.
+void readIds(const Film& film, Output output, std::size_t from, std::size_t to, std::uint8_t* bytes)
+{
+    for (std::size_t i = from; i < to; ++i, bytes += sizeof(std::int32_t)) {
+        const IdPixel& ids = film.ids(i);
+        const std::int32_t id = output == Output::PrimId       ? ids.prim
+                                : output == Output::InstanceId ? ids.instance
+                                                               : ids.element;
+        std::memcpy(bytes, &id, sizeof(id));
+    }
+}
+
+void readFloats(const Film& film, const FrameSettings& settings, Output output, std::size_t from,
+                std::size_t to, std::uint8_t* bytes)
+{
+    const std::size_t size = static_cast<std::size_t>(channelsOf(output)) * sizeof(float);
+    for (std::size_t i = from; i < to; ++i, bytes += size) {
+        const OutputPixel pixel = readPixel(film, settings, output, i);
+        std::memcpy(bytes, pixel.channel, size);
+    }
+}
+
+} // namespace
 
 AovBuffer readBuffer(const Film& film, const FrameSettings& settings, Output output)
 {
@@ -130,23 +203,20 @@ AovBuffer readBuffer(const Film& film, const FrameSettings& settings, Output out
     buffer.format = output == Output::Color ? AovFormat::UNorm8
                     : isId                  ? AovFormat::Int32
                                             : AovFormat::Float32;
+    const std::size_t pixelSize =
+        static_cast<std::size_t>(buffer.channels) * (output == Output::Color ? 1u : 4u);
     auto bytes = std::make_shared<std::vector<std::uint8_t>>();
-    const std::size_t valueSize = output == Output::Color ? 1 : 4;
-    bytes->resize(film.pixelCount() * static_cast<std::size_t>(buffer.channels) * valueSize);
-    std::uint8_t* to = bytes->data();
-    for (std::size_t i = 0; i < film.pixelCount(); ++i) {
-        const OutputPixel pixel = readPixel(film, settings, output, i);
-        for (int c = 0; c < buffer.channels; ++c, to += valueSize) {
-            const auto id = static_cast<std::int32_t>(isId ? pixel.channel[c] : 0.0f);
-            if (output == Output::Color) {
-                *to = toByte(pixel.channel[c]);
-            } else if (isId) {
-                std::memcpy(to, &id, sizeof(id));
-            } else {
-                std::memcpy(to, &pixel.channel[c], sizeof(float));
-            }
+    bytes->resize(film.pixelCount() * pixelSize);
+    base::parallelFor(film.pixelCount(), kPixelsOfOneThread, [&](std::size_t from, std::size_t to) {
+        std::uint8_t* at = bytes->data() + from * pixelSize;
+        if (output == Output::Color) {
+            readColors(film, settings, from, to, at);
+        } else if (isId) {
+            readIds(film, output, from, to, at);
+        } else {
+            readFloats(film, settings, output, from, to, at);
         }
-    }
+    });
     buffer.bytes = std::move(bytes);
     return buffer;
 }
@@ -159,21 +229,38 @@ std::uint8_t markAt(const Film& film, const std::vector<std::uint8_t>& marks, in
     return marks[film.index(x, y)];
 }
 
-// The nearest marked pixel within the outline's width of a pixel that is not marked itself.
-std::uint8_t outlineAt(const Film& film, const std::vector<std::uint8_t>& marks, int x, int y, int width)
+// Whether a marked pixel lies at the rim of what is marked at least as strongly.
+bool isRim(const Film& film, const std::vector<std::uint8_t>& marks, int x, int y, std::uint8_t own)
 {
-    std::uint8_t mark = 0;
-    for (int dy = -width; dy <= width; ++dy) {
-        for (int dx = -width; dx <= width; ++dx) {
-            if (dx * dx + dy * dy <= width * width)
-                mark = std::max(mark, markAt(film, marks, x + dx, y + dy));
-        }
-    }
-    return mark;
+    return markAt(film, marks, x - 1, y) < own || markAt(film, marks, x + 1, y) < own ||
+           markAt(film, marks, x, y - 1) < own || markAt(film, marks, x, y + 1) < own;
 }
 
-void blendOver(FilmPixel& pixel, Vec3 color, float alpha, float samples)
+// Gives each pixel that is not marked itself the strongest mark within the outline's width. The nearest pixel
+// of a marked area lies at its rim, so that only rims have to be looked around.
+std::vector<std::uint8_t> outlinesOf(const Film& film, const std::vector<std::uint8_t>& marks, int width)
 {
+    std::vector<std::uint8_t> outlines(marks.size(), 0);
+    for (int y = 0; y < film.height(); ++y) {
+        for (int x = 0; x < film.width(); ++x) {
+            const std::uint8_t own = marks[film.index(x, y)];
+            if (own == 0 || !isRim(film, marks, x, y, own)) continue;
+            for (int v = std::max(y - width, 0); v <= std::min(y + width, film.height() - 1); ++v) {
+                for (int u = std::max(x - width, 0); u <= std::min(x + width, film.width() - 1); ++u) {
+                    std::uint8_t& outline = outlines[film.index(u, v)];
+                    if ((u - x) * (u - x) + (v - y) * (v - y) <= width * width)
+                        outline = std::max(outline, own);
+                }
+            }
+        }
+    }
+    return outlines;
+}
+
+void blendOver(FilmPixel& pixel, Vec3 color, float alpha)
+{
+    const float samples = std::max(pixel.samples, 1.0f);
+    pixel.samples = samples;
     pixel.color = pixel.color * (1.0f - alpha) + color * (alpha * samples);
     pixel.alpha = pixel.alpha * (1.0f - alpha) + alpha * samples;
 }
@@ -185,17 +272,15 @@ void drawOutlines(Film& film, const FrameSettings& settings, const std::vector<s
     const int width =
         std::clamp(static_cast<int>(std::lround(std::clamp(settings.outlineThickness, 0.0f, 32.0f))), 0, 32);
     const GfVec4f* colors[3] = {nullptr, &settings.selectionColor, &settings.highlightColor};
-    const auto samples = static_cast<float>(film.samples);
-    for (int y = 0; y < film.height(); ++y) {
-        for (int x = 0; x < film.width(); ++x) {
-            const std::uint8_t own = markAt(film, marks, x, y);
-            const std::uint8_t mark = own ? own : outlineAt(film, marks, x, y, width);
-            if (!mark) continue;
-            const GfVec4f& c = *colors[mark];
-            const float strength = std::clamp(c[3], 0.0f, 1.0f) * (own ? 0.15f : 1.0f);
-            blendOver(film.pixel(film.index(x, y)),
-                      displayToWorking(Vec3(c[0], c[1], c[2]), settings.colorCorrection), strength, samples);
-        }
+    const std::vector<std::uint8_t> outlines = outlinesOf(film, marks, width);
+    for (std::size_t i = 0; i < marks.size(); ++i) {
+        const std::uint8_t own = marks[i];
+        const std::uint8_t mark = own ? own : outlines[i];
+        if (!mark) continue;
+        const GfVec4f& c = *colors[mark];
+        const float strength = std::clamp(c[3], 0.0f, 1.0f) * (own ? 0.15f : 1.0f);
+        blendOver(film.pixel(i), displayToWorking(Vec3(c[0], c[1], c[2]), settings.colorCorrection),
+                  strength);
     }
 }
 
@@ -225,8 +310,8 @@ void drawDebug(Film& film, const FrameSettings& settings)
 {
     float nearest = std::numeric_limits<float>::infinity();
     float farthest = 0.0f;
-    for (std::size_t i = 0; i < film.pixelCount(); ++i) {
-        const float d = film.geometry(i).viewDistance;
+    for (std::size_t i = 0; i < film.pixelCount() && settings.debugMode == DebugMode::Depth; ++i) {
+        const float d = film.depths(i).viewDistance;
         if (!std::isfinite(d)) continue;
         nearest = std::min(nearest, d);
         farthest = std::max(farthest, d);
@@ -234,31 +319,30 @@ void drawDebug(Film& film, const FrameSettings& settings)
     const float range = std::max(farthest - nearest, 1e-30f);
     const float dearest = mostRays(film);
     for (std::size_t i = 0; i < film.pixelCount(); ++i) {
-        const GeometryPixel& g = film.geometry(i);
         Vec3 c(0.0f);
         switch (settings.debugMode) {
         case DebugMode::Depth:
-            if (g.prim >= 0) c = Vec3(1.0f - 0.95f * (g.viewDistance - nearest) / range);
+            if (film.ids(i).prim >= 0)
+                c = Vec3(1.0f - 0.95f * (film.depths(i).viewDistance - nearest) / range);
             break;
         case DebugMode::Normal:
-            if (g.prim >= 0) c = g.normal * 0.5f + Vec3(0.5f);
+            if (film.ids(i).prim >= 0) c = film.normals(i).world * 0.5f + Vec3(0.5f);
             break;
         case DebugMode::ElementId:
-            c = idColor(g.element);
+            c = idColor(film.ids(i).element);
             break;
         case DebugMode::InstanceId:
-            c = idColor(g.instance);
+            c = idColor(film.ids(i).instance);
             break;
         case DebugMode::Cost:
             c = heatColor(film.pixel(i).cost / dearest);
             break;
         default:
-            c = idColor(g.prim);
+            c = idColor(film.ids(i).prim);
             break;
         }
         const Vec3 working = displayToWorking(c, settings.colorCorrection);
-        film.pixel(i) = {working * static_cast<float>(film.samples), static_cast<float>(film.samples),
-                         film.pixel(i).cost};
+        film.pixel(i) = {working, 1.0f, film.pixel(i).cost, 1.0f};
     }
 }
 

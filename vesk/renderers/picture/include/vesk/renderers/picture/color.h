@@ -1,8 +1,10 @@
 #pragma once
 
+#include <vesk/renderers/picture/export.h>
 #include <vesk/renderers/picture/vec3.h>
 
 #include <cstdint>
+#include <cstring>
 
 namespace vesk::renderers::picture {
 
@@ -26,6 +28,35 @@ inline std::uint8_t toByte(float v)
     if (!(v > 0.0f)) return 0;
     return static_cast<std::uint8_t>(std::min(v, 1.0f) * 255.0f + 0.5f);
 }
+
+/// Encodes linear values as display bytes, as `toByte(linearToSrgb(v))` does, without its power function.
+class VESK_RENDERERS_PICTURE_EXPORT DisplayBytes
+{
+public:
+    static const DisplayBytes& get();
+
+    std::uint8_t of(float v) const
+    {
+        if (!(v >= kSmallest)) return 0;
+        if (v >= 1.0f) return 255;
+        std::uint32_t bits;
+        std::memcpy(&bits, &v, sizeof(bits));
+        std::uint8_t byte = m_first[(bits - kSmallestBits) >> kShift];
+        while (byte < 255 && v >= m_begins[byte + 1])
+            ++byte;
+        return byte;
+    }
+
+private:
+    static constexpr float kSmallest = 0.0001220703125f; // 2^-13, still black
+    static constexpr std::uint32_t kSmallestBits = 0x39000000u;
+    static constexpr int kShift = 16;
+
+    DisplayBytes();
+
+    float m_begins[256];                                             ///< the least value of each byte
+    std::uint8_t m_first[((0x3f800000u - kSmallestBits) >> kShift)]; ///< of each range of values
+};
 
 /// A display colour as the linear colour that is blended with the scene.
 /// \param corrected whether the picture is encoded for display at its end

@@ -9,6 +9,7 @@
 
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace vesk::renderers::picture {
 
@@ -32,6 +33,13 @@ VESK_RENDERERS_PICTURE_EXPORT std::optional<Output> outputOf(const PXR_NS::TfTok
 /// The names of all outputs, for messages.
 VESK_RENDERERS_PICTURE_EXPORT std::string knownOutputs();
 
+/// What a film has to hold for some outputs. \param outputs none: the colour alone
+VESK_RENDERERS_PICTURE_EXPORT FilmParts partsFor(const std::vector<Output>& outputs,
+                                                 const FrameSettings& settings);
+
+/// Whether selected and highlighted prims are marked in the colour.
+VESK_RENDERERS_PICTURE_EXPORT bool showsMarks(const FrameSettings& settings);
+
 /// Four floats: one pixel of an output as it is handed out.
 struct OutputPixel
 {
@@ -44,9 +52,19 @@ struct OutputPixel
 VESK_RENDERERS_PICTURE_EXPORT OutputPixel readPixel(const Film& film, const FrameSettings& settings,
                                                     Output output, std::size_t pixel);
 
-/// One pixel of the colour before it is encoded for display, multiplied by its opacity.
-VESK_RENDERERS_PICTURE_EXPORT OutputPixel readWorkingColor(const Film& film, const FrameSettings& settings,
-                                                           std::size_t pixel);
+/// The colours of a film before they are encoded for display, multiplied by their opacity: the background
+/// lies behind the samples.
+class VESK_RENDERERS_PICTURE_EXPORT WorkingColors
+{
+public:
+    WorkingColors(const Film& film, const FrameSettings& settings);
+    OutputPixel at(std::size_t pixel) const;
+
+private:
+    const Film& m_film;
+    Vec3 m_background;
+    float m_behind; ///< the background's opacity
+};
 
 /// How many channels of an `OutputPixel` an output has.
 VESK_RENDERERS_PICTURE_EXPORT int channelsOf(Output output);
