@@ -43,4 +43,16 @@ void Rounds::report(benchmark::State& state) const
     if (m_goal.extra > 0.0) state.counters["goal_extra_ns"] = m_goal.extra;
 }
 
+void reportMedian(benchmark::State& state, std::vector<Nanoseconds> times, Nanoseconds goal)
+{
+    if (times.empty()) return;
+    std::vector<double> values;
+    for (const Nanoseconds time : times)
+        values.push_back(time.count());
+    state.counters["measured_ns"] = quantile(values, 0.5);
+    state.counters["best_ms"] = quantile(values, 0.0) * 1e-6;
+    state.counters["p90_ms"] = quantile(values, 0.9) * 1e-6;
+    if (goal.count() > 0.0) state.counters["goal_ns"] = goal.count();
+}
+
 } // namespace vesk::tests

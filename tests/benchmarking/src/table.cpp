@@ -2,6 +2,7 @@
 
 #include <cstdio>
 #include <optional>
+#include <set>
 #include <string>
 
 #include <fmt/format.h>
@@ -26,6 +27,20 @@ std::string duration(double nanoseconds)
     return fmt::format("{:.1f} ms", nanoseconds * 1e-6);
 }
 
+/// What a benchmark counted besides: "name value" for each counter that the table's columns do not show.
+std::string otherCounters(const benchmark::BenchmarkReporter::Run& run)
+{
+    static const std::set<std::string> shown = {"measured_ns", "bare_ns",       "ratio",
+                                                "ratio_q1",    "ratio_q3",      "extra_ns",
+                                                "goal_ratio",  "goal_extra_ns", "goal_ns"};
+    std::string text;
+    for (const auto& [name, value] : run.counters) {
+        if (shown.count(name) == 0)
+            text += fmt::format("{}{} {:.1f}", text.empty() ? "" : ", ", name, value.value);
+    }
+    return text;
+}
+
 /// What the figure has to keep to, and whether it does.
 std::string verdict(const benchmark::BenchmarkReporter::Run& run)
 {
@@ -38,6 +53,10 @@ std::string verdict(const benchmark::BenchmarkReporter::Run& run)
     if (const std::optional<double> goal = counter(run, "goal_extra_ns")) {
         goals += fmt::format("{}extra <= {} ns", goals.empty() ? "" : ", ", *goal);
         met = met && *counter(run, "extra_ns") <= *goal;
+    }
+    if (const std::optional<double> goal = counter(run, "goal_ns")) {
+        goals += fmt::format("{}<= {}", goals.empty() ? "" : ", ", duration(*goal));
+        met = met && *counter(run, "measured_ns") <= *goal;
     }
     return goals.empty() ? "" : (met ? "met: " : "MISSED: ") + goals;
 }
@@ -67,15 +86,18 @@ void TableReporter::_printLine(const Run& run)
         return;
     }
     const std::optional<double> ratio = counter(run, "ratio");
+    const std::string others = otherCounters(run);
+    const std::string remark = verdict(run) + (others.empty() ? "" : "  [" + others + "]");
     if (!ratio) {
         const double seconds = run.GetAdjustedRealTime() / benchmark::GetTimeUnitMultiplier(run.time_unit);
-        fmt::print(kLine, name, duration(seconds * 1e9), "", "", "", "", "");
+        fmt::print(kLine, name, duration(counter(run, "measured_ns").value_or(seconds * 1e9)), "", "", "", "",
+                   remark);
         return;
     }
     fmt::print(kLine, name, duration(*counter(run, "measured_ns")), duration(*counter(run, "bare_ns")),
                fmt::format("{:.2f}", *ratio),
                fmt::format("({:.2f} - {:.2f})", *counter(run, "ratio_q1"), *counter(run, "ratio_q3")),
-               duration(*counter(run, "extra_ns")), verdict(run));
+               duration(*counter(run, "extra_ns")), remark);
 }
 
 } // namespace vesk::tests

@@ -54,14 +54,6 @@ std::vector<Tile> tilesOf(const FrameSettings& settings, int block)
     return tiles;
 }
 
-std::int64_t pixelsOf(const std::vector<Tile>& tiles)
-{
-    std::int64_t count = 0;
-    for (const Tile& tile : tiles)
-        count += static_cast<std::int64_t>(tile.x1 - tile.x0) * (tile.y1 - tile.y0);
-    return count;
-}
-
 bool anyPrefix(const std::vector<SdfPath>& prefixes, const SdfPath& path)
 {
     return std::any_of(prefixes.begin(), prefixes.end(), [&](const SdfPath& p) { return path.HasPrefix(p); });
@@ -175,6 +167,7 @@ void FrameJob::_planPass()
 {
     const FrameSettings& settings = m_now.copy.settings;
     m_isLeft = false;
+    m_passSamples = 0;
     m_pass = Pass();
     m_pass.begin = Clock::now();
     if (!m_now.hasImage && _mayBeginCoarse())
@@ -196,13 +189,15 @@ void FrameJob::_planPass()
     m_pass.tiles = tilesOf(settings, m_pass.block);
 }
 
-void FrameJob::_traceTile(std::size_t number) const
+void FrameJob::_traceTile(std::size_t number)
 {
     const Tile& tile = m_pass.tiles[number];
-    if (m_now.parts.colors)
-        traceColor(*m_now.view, *m_pass.film, tile, m_pass.first, m_pass.last, m_pass.block);
+    const bool colors = m_now.parts.colors;
+    if (colors) traceColor(*m_now.view, *m_pass.film, tile, m_pass.first, m_pass.last, m_pass.block);
     if (m_pass.first == 0 && m_now.parts.anyGeometry())
         traceGeometry(*m_now.view, *m_pass.film, tile, m_pass.block);
+    const std::int64_t pixels = static_cast<std::int64_t>(tile.x1 - tile.x0) * (tile.y1 - tile.y0);
+    m_passSamples += pixels * (colors ? m_pass.last - m_pass.first : 1);
 }
 
 // Whoever moves a camera without rest sees at least one image of each frame.
@@ -232,10 +227,8 @@ void FrameJob::_endPass(std::exception_ptr error)
 
 void FrameJob::_takeImage()
 {
-    const std::int64_t samples =
-        pixelsOf(m_pass.tiles) * (m_now.parts.colors ? m_pass.last - m_pass.first : 1);
     const double seconds = std::chrono::duration<double>(Clock::now() - m_pass.begin).count();
-    m_core->sampleRate(m_now.parts.colors).note(seconds, samples);
+    m_core->sampleRate(m_now.parts.colors).note(seconds, m_passSamples);
     if (m_pass.film == &m_next) {
         m_now.film = std::move(m_next);
         m_next = Film();

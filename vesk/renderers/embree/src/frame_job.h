@@ -67,6 +67,9 @@ protected:
     /// Samples per pixel of the last image; 0 for a coarse one.
     int samplesDone() const { return m_now.samples; }
 
+    /// Samples that the newest pass took, of all its pixels.
+    std::int64_t passSamples() const { return m_passSamples; }
+
     /// Begins again with the newest settings.
     void restart();
 
@@ -99,7 +102,7 @@ private:
     bool _endsInFavourOfNext();
     void _beginPass();
     void _planPass();
-    void _traceTile(std::size_t tile) const;
+    void _traceTile(std::size_t tile);
     bool _isOver();
     void _endPass(std::exception_ptr error);
     void _takeImage();
@@ -118,6 +121,7 @@ private:
     Pass m_pass;
     Film m_next; ///< takes the place of a coarse image when it is whole
     std::atomic<bool> m_isLeft{false};
+    std::atomic<std::int64_t> m_passSamples{0};
     bool m_cancelled = false;
     bool m_restarting = false;
 };

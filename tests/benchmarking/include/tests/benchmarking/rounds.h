@@ -37,6 +37,10 @@ private:
     std::vector<double> m_bare;
 };
 
+/// Gives the median of times to the benchmark, for a figure that has no rival.
+/// \param goal what the median has to keep to, 0 for none
+void reportMedian(benchmark::State& state, std::vector<Nanoseconds> times, Nanoseconds goal);
+
 /// Runs one turn. A callable that returns Nanoseconds has measured itself.
 template <class Turn>
 Nanoseconds timed(Turn& turn)
