@@ -4,6 +4,7 @@
 #include "pxr/usd/usd/primTypeInfoCache.h"
 #include "pxr/usd/usd/stageImpl.h"
 
+#include <pxr/base/tf/stringUtils.h>
 #include <pxr/usd/kind/registry.h>
 #include <pxr/usd/sdf/schema.h>
 
@@ -12,6 +13,12 @@
 #include <unordered_map>
 
 PXR_NAMESPACE_OPEN_SCOPE
+
+std::atomic<size_t>& Usd_MostPlaces()
+{
+    static std::atomic<size_t> most{8000000}; // about 5 GiB
+    return most;
+}
 
 Usd_PrimComposer::Usd_PrimComposer(Usd_StageImpl& stage) : _stage(stage), _indexer(stage) {}
 
@@ -192,6 +199,13 @@ void Usd_PrimComposer::_ComposeChildren(Usd_PrimDataPtr prim, std::vector<Usd_Pr
             if (known != before.end()) {
                 *link = known->second;
                 before.erase(known);
+            } else if (_stage.prims.GetSize() + *_stage.placeCount >= Usd_MostPlaces()) {
+                _stage.WarnOnceOf(
+                    "places",
+                    TfStringPrintf("The stage has %zu prims, which get their opinions from %zu places; what "
+                                   "else there is below <%s>, and below others, was left out. Use instances.",
+                                   _stage.prims.GetSize(), _stage.placeCount->load(), prim->_path.GetText()));
+                continue;
             } else {
                 *link = _stage.prims.Add(_stage.stage, prim->_path.AppendChild(name));
                 (*link)->_parent = prim;

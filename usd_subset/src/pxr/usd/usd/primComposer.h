@@ -4,11 +4,17 @@
 
 #include <pxr/pxr.h>
 #include <pxr/usd/sdf/path.h>
+#include <pxr/usd/usd/api.h>
 #include <pxr/usd/usd/primData.h>
 
+#include <atomic>
 #include <vector>
 
 PXR_NAMESPACE_OPEN_SCOPE
+
+/// How many prims, and places that they get their opinions from, a stage may have. References below
+/// references multiply them: a few lines can ask for more than any memory holds. Thread: any.
+VESK_USD_API std::atomic<size_t>& Usd_MostPlaces();
 
 /// Makes and remakes the tree of composed prims. Prims that are there before and after stay the same objects,
 /// so that handles on them stay good.

@@ -35,6 +35,15 @@ bool Usd_PrimGraph::MakesCycle(int node, const Usd_LayerStackPtr& layerStack, co
     return false;
 }
 
+int Usd_PrimGraph::GetArcDepth(int node) const
+{
+    int depth = 0;
+    for (int i = (*this)[node].node.parent; i >= 0; i = (*this)[i].node.parent) {
+        ++depth;
+    }
+    return depth;
+}
+
 bool Usd_PrimGraph::_IsStronger(int a, int b) const
 {
     const Usd_GraphNode& first = (*this)[a];

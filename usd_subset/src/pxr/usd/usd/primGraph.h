@@ -36,6 +36,9 @@ public:
     /// Whether the site, one above or one below it is on the way from a node to the root.
     bool MakesCycle(int node, const Usd_LayerStackPtr& layerStack, const SdfPath& path) const;
 
+    /// How many arcs lead from the root to a node.
+    int GetArcDepth(int node) const;
+
     /// All nodes, strongest first. What prims specialize is weaker than everything else.
     std::vector<int> GetStrengthOrder() const;
 

@@ -14,6 +14,8 @@ namespace {
 
 // A prim has a handful of sites; arcs that multiply each other end here.
 constexpr int kMaxNodes = 1000;
+// Each arc on the way costs as much as all before it.
+constexpr int kMaxArcDepth = 100;
 
 } // namespace
 
@@ -198,6 +200,13 @@ int Usd_PrimIndexBuilder::_AddArc(int site, Usd_ArcType type, Usd_LayerStackPtr 
                                            _path.GetText(), kMaxNodes));
         return -1;
     }
+    if (_graph.GetArcDepth(site) >= kMaxArcDepth || _indexer.IsDeep()) {
+        _indexer.WarnOnceOf("arcs",
+                            TfStringPrintf("The arcs of prim <%s> lead on through more than %d others; the "
+                                           "rest was left out, here and on other prims that do so.",
+                                           _path.GetText(), kMaxArcDepth));
+        return -1;
+    }
     const Usd_PrimIndexPtr above = _indexer.FindIndex(layerStack, path.GetParentPath());
     if (!above) {
         _Warn(site,
@@ -344,7 +353,7 @@ Usd_PrimIndexPtr Usd_PrimIndexBuilder::_Finish() const
         }
     }
     auto index = std::make_shared<Usd_PrimIndex>();
-    auto nodes = std::make_shared<Usd_PrimIndexNodes>();
+    const std::shared_ptr<Usd_PrimIndexNodes> nodes = _indexer.MakeNodes();
     std::vector<std::int32_t> places(static_cast<size_t>(_graph.GetSize()), -1);
     index->_path = _path;
     for (const int i : _graph.GetStrengthOrder()) {
@@ -363,7 +372,8 @@ Usd_PrimIndexPtr Usd_PrimIndexBuilder::_Finish() const
                                      static_cast<std::uint32_t>(place)});
         }
     }
-    index->_nodes = std::move(nodes);
+    _indexer.Count(*nodes);
+    index->_nodes = nodes;
     index->_hasPayloads = _hasPayloads;
     index->_isInstanceable = _IsInstanceable(*index);
     return index;

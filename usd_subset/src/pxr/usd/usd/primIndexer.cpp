@@ -44,7 +44,10 @@ Usd_PrimIndexPtr Usd_PrimIndexer::ComputeChild(const Usd_PrimIndex& parent, cons
         return index;
     }
     const bool includePayloads = !_underWay.empty() || _stage.loadRules.IsLoaded(index->_path);
-    return Usd_PrimIndexBuilder(*this, index->_path, includePayloads).Build(parent);
+    ++_building;
+    const Usd_PrimIndexPtr built = Usd_PrimIndexBuilder(*this, index->_path, includePayloads).Build(parent);
+    --_building;
+    return built;
 }
 
 Usd_LayerStackPtr Usd_PrimIndexer::FindLayerStack(const std::string& asset, std::string* why)
@@ -73,6 +76,16 @@ Usd_PrimIndexPtr Usd_PrimIndexer::FindIndex(const Usd_LayerStackPtr& layerStack,
     }
     return index;
 }
+
+std::shared_ptr<Usd_PrimIndexNodes> Usd_PrimIndexer::MakeNodes() const
+{
+    return {new Usd_PrimIndexNodes, [count = _stage.placeCount](const Usd_PrimIndexNodes* nodes) {
+                *count -= nodes->size();
+                delete nodes;
+            }};
+}
+
+void Usd_PrimIndexer::Count(const Usd_PrimIndexNodes& nodes) const { *_stage.placeCount += nodes.size(); }
 
 void Usd_PrimIndexer::AddDependency(const SdfPath& prim, const Usd_LayerStackPtr& layerStack,
                                     const SdfPath& site)

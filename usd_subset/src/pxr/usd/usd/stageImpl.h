@@ -15,6 +15,7 @@
 #include <pxr/usd/usd/prim.h>
 #include <pxr/usd/usd/stage.h>
 
+#include <atomic>
 #include <map>
 #include <memory>
 #include <set>
@@ -76,6 +77,8 @@ public:
     const ArResolverContext resolverContext; // bound while asset paths are resolved
     Usd_LayerStackPtr layerStack;
     Usd_PrimTable prims;
+    /// How many nodes the indexes of prims have.
+    const std::shared_ptr<std::atomic<size_t>> placeCount = std::make_shared<std::atomic<size_t>>(0);
     Usd_Prototypes prototypes;
     Usd_Dependencies dependencies;
     UsdEditTarget editTarget;

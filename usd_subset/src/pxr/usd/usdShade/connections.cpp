@@ -48,9 +48,20 @@ public:
         if (!attribute) {
             return false;
         }
-        // An attribute that is open already closes a cycle; one that is done has told all that it leads to.
+        // Ways that part and meet again multiply.
+        if (++_steps > kMaxSteps) {
+            if (_steps == kMaxSteps + 1) {
+                TF_WARN("The connections of <%s> are followed in more than %zu ways; the rest is left out.",
+                        attribute.GetPath().GetText(), kMaxSteps);
+            }
+            return false;
+        }
         const SdfPath path = attribute.GetPath();
-        if (!_open.insert(path).second || _open.size() > kMaxDepth) {
+        const bool isNew = _open.insert(path).second;
+        if (!isNew || _open.size() > kMaxDepth) {
+            if (isNew) {
+                _open.erase(path);
+            }
             TF_WARN("The connections of <%s> lead back to it, or on through more than %zu others.",
                     path.GetText(), kMaxDepth);
             return false;
@@ -72,6 +83,7 @@ public:
 
 private:
     static constexpr size_t kMaxDepth = 1000;
+    static constexpr size_t kMaxSteps = 10000;
 
     bool _FollowSource(const UsdShadeConnectionSourceInfo& info)
     {
@@ -89,6 +101,7 @@ private:
 
     bool _shaderOutputsOnly;
     std::set<SdfPath> _open;
+    size_t _steps = 0;
     UsdShadeAttributeVector _found;
 };
 
