@@ -10,13 +10,21 @@ namespace {
 
 const char* const kGroup = "Picture";
 
-void addLightOptions(CLI::App& verb, PictureArguments& arguments)
+const std::map<std::string, apps::Lights>& lightsByName()
 {
     static const std::map<std::string, apps::Lights> lights{
         {"default", apps::Lights::Default}, {"scene", apps::Lights::Scene}, {"none", apps::Lights::None}};
-    verb.add_option("--lights", arguments.viewport.lights,
-                    "default (a built-in rig), scene (the stage's own) or none")
-        ->transform(CLI::CheckedTransformer(lights))
+    return lights;
+}
+
+void addLightOptions(CLI::App& verb, PictureArguments& arguments)
+{
+    // By name alone: CLI11 would take the enumeration's numbers too.
+    verb.add_option_function<std::string>(
+            "--lights",
+            [&arguments](const std::string& name) { arguments.viewport.lights = lightsByName().at(name); },
+            "default (a built-in rig), scene (the stage's own) or none")
+        ->check(CLI::IsMember(lightsByName()))
         ->type_name("NAME")
         ->group(kGroup);
     verb.add_option("--dome", arguments.viewport.domeTexture, "Image around the scene that lights it")

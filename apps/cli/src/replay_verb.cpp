@@ -7,6 +7,7 @@
 #include <apps/support/errors.h>
 #include <apps/support/interruption.h>
 #include <apps/support/outputs.h>
+#include <apps/support/side_file.h>
 
 #include <vesk/framework/hydra_renderer/renderer_registry.h>
 
@@ -15,8 +16,6 @@
 #include <memory>
 #include <ostream>
 #include <sstream>
-#include <system_error>
-#include <unistd.h>
 
 namespace vesk::cli {
 namespace {
@@ -107,23 +106,15 @@ void play(const ReplayArguments& arguments, const std::vector<ScriptStep>& steps
         "end", [](replay::Session& s) { return s.runTasks(), Json(); }, out);
 }
 
-/// Writes the whole session aside and renames it, so that a failed one leaves no file.
+/// Writes the whole session at once, so that a failed one leaves no file.
 void writeWhole(const std::string& path, const std::string& text)
 {
-    const std::string aside = path + "." + std::to_string(::getpid()) + ".partial";
-    std::error_code error;
-    {
-        std::ofstream file(aside, std::ios::binary);
-        file << text;
-        file.flush();
-        if (!file) error = std::make_error_code(std::errc::io_error);
-    }
-    if (!error) std::filesystem::rename(aside, path, error);
-    if (error) {
-        std::error_code ignored;
-        std::filesystem::remove(aside, ignored);
-        throw JobError("cannot write '" + path + "': " + error.message());
-    }
+    apps::SideFile side(path);
+    std::ofstream file(side.path(), std::ios::binary);
+    file << text;
+    file.close();
+    if (!file) throw JobError("cannot write '" + path + "': the disk may be full");
+    side.moveToPlace();
 }
 
 void runReplay(const ReplayArguments& arguments, std::ostream& out)

@@ -93,7 +93,9 @@ TEST_P(BadBoundsPath, IsExitOneWithOneLine)
 
 INSTANTIATE_TEST_SUITE_P(
     Cases, BadBoundsPath,
-    ::testing::Values(BadPath{"Malformed", "/World//Ball", "'/World//Ball' is not a well-formed prim path"},
+    ::testing::Values(BadPath{"Malformed", "/World//Ball",
+                              "vesk: the path '/World//Ball' is not a well-formed prim path; write it as "
+                              "/Name/Name\n"},
                       BadPath{"Relative", "World", "'World' is not a well-formed prim path"},
                       BadPath{"Property", "/World.visibility",
                               "'/World.visibility' is not a well-formed prim path"},

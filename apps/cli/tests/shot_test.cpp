@@ -145,10 +145,12 @@ INSTANTIATE_TEST_SUITE_P(
                     2,
                     "vesk: there is no renderer 'teapot'; this build has: embree, recording"},
         FailingShot{"UnknownCamera", {"--camera", "/World/Nothing"}, 1, "has no prim '/World/Nothing'"},
-        FailingShot{"MalformedCamera",
-                    {"--camera", "World Front"},
-                    1,
-                    "'World Front' is not a well-formed prim path"},
+        FailingShot{
+            "MalformedCamera",
+            {"--camera", "World Front"},
+            1,
+            "'World Front' is not a well-formed prim path; write it as /Name/Name, vesk info lists the "
+            "cameras\n"},
         FailingShot{"MeshAsCamera", {"--camera", "/World/Sheet"}, 1, "'/World/Sheet' is not a camera"},
         FailingShot{"UnknownPath", {"--path", "/Nothing"}, 1, "has no prim '/Nothing'"}),
     [](const auto& example) { return example.param.name; });

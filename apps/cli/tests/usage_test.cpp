@@ -74,6 +74,9 @@ INSTANTIATE_TEST_SUITE_P(
             {"shot", "a.usda", "-o", "a.png", "--size", "0x0"},
             "vesk: --size '0x0' is out of range: each side must be from 1 to 16384 pixels; see vesk shot "
             "--help"},
+        WrongUsage{"LightsByNumber",
+                   {"shot", "a.usda", "-o", "a.png", "--lights", "1"},
+                   "vesk: --lights: 1 not in {default,none,scene}; see vesk shot --help"},
         WrongUsage{"PictureFormat",
                    {"shot", "a.usda", "-o", "a.jpg"},
                    "vesk: 'a.jpg' must end in .png or .exr; see vesk shot --help"}),

@@ -1,10 +1,9 @@
 #include <apps/support/image_file.h>
 
 #include <apps/support/errors.h>
+#include <apps/support/side_file.h>
 
 #include <png.h>
-
-#include <system_error>
 
 namespace vesk::apps {
 
@@ -45,21 +44,10 @@ void writePng(const std::filesystem::path& path, const Image& image)
     png.height = static_cast<png_uint_32>(image.height);
     png.format = PNG_FORMAT_RGBA;
 
-    // Written aside and renamed, so that nobody ever sees half a picture.
-    std::filesystem::path aside = path;
-    aside += ".partial";
-    std::error_code error;
-    if (!png_image_write_to_file(&png, aside.c_str(), 0, image.rgba.data(), 0, nullptr)) {
-        const std::string reason = png.message;
-        std::filesystem::remove(aside, error);
-        throw JobError("cannot write '" + path.string() + "': " + reason);
-    }
-    std::filesystem::rename(aside, path, error);
-    if (error) {
-        std::error_code ignored;
-        std::filesystem::remove(aside, ignored);
-        throw JobError("cannot write '" + path.string() + "': " + error.message());
-    }
+    SideFile side(path);
+    if (!png_image_write_to_file(&png, side.path().c_str(), 0, image.rgba.data(), 0, nullptr))
+        throw JobError("cannot write '" + path.string() + "': " + png.message);
+    side.moveToPlace();
 }
 
 } // namespace vesk::apps

@@ -75,21 +75,21 @@ GfRange3f SceneSession::bounds(double time, const std::vector<SdfPath>& paths, b
         .get();
 }
 
-SdfPath SceneSession::_requirePath(const std::string& text, const char* what) const
+SdfPath SceneSession::_requirePath(const std::string& text, const char* what, const char* hint) const
 {
     if (SdfPath::IsValidPathString(text)) {
         const SdfPath path(text);
         if (path.IsAbsoluteRootOrPrimPath() && path.IsAbsolutePath()) return path;
     }
     throw JobError(std::string(what) + " '" + text +
-                   "' is not a well-formed prim path; write it as /Name/Name, vesk info lists the cameras");
+                   "' is not a well-formed prim path; write it as /Name/Name" + hint);
 }
 
 std::vector<SdfPath> SceneSession::requirePrims(const std::vector<std::string>& texts)
 {
     std::vector<SdfPath> paths;
     for (const std::string& text : texts) {
-        const SdfPath path = _requirePath(text, "the path");
+        const SdfPath path = _requirePath(text, "the path", "");
         const bool exists = read<bool>("find prim", [&path](const UsdStagePtr& stage) {
             return static_cast<bool>(stage->GetPrimAtPath(path));
         });
@@ -101,7 +101,7 @@ std::vector<SdfPath> SceneSession::requirePrims(const std::vector<std::string>& 
 
 SdfPath SceneSession::requireCamera(const std::string& text)
 {
-    _requirePath(text, "the camera");
+    _requirePath(text, "the camera", ", vesk info lists the cameras");
     const SdfPath path = requirePrims({text}).front();
     const bool camera = read<bool>("find camera", [&path](const UsdStagePtr& stage) {
         return stage->GetPrimAtPath(path).IsA<UsdGeomCamera>();

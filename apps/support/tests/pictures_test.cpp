@@ -1,6 +1,7 @@
 #include <apps/support/contact_sheet.h>
 #include <apps/support/errors.h>
 #include <apps/support/image_file.h>
+#include <apps/support/side_file.h>
 #include <tests/support/scene_files.h>
 
 #include <gmock/gmock.h>
@@ -38,6 +39,44 @@ TEST(PngFile, LeavesNothingBesideItWhenItIsWritten)
     const tests::TemporaryFolder folder;
     writePng(folder.path() / "a.png", Image(1, 1, 0, 0, 0));
 
+    const auto begin = std::filesystem::directory_iterator(folder.path());
+    EXPECT_EQ(std::distance(begin, std::filesystem::directory_iterator()), 1);
+}
+
+TEST(SideFile, NeverWritesOverAFileThatExists)
+{
+    const tests::TemporaryFolder folder;
+    const std::filesystem::path target = folder.path() / "a.png";
+    const std::string text = "the user's own";
+    std::filesystem::path taken;
+    {
+        const SideFile first(target);
+        taken = first.path();
+    }
+    folder.write(taken.filename().string(), text);
+    writePng(target, Image(1, 1, 0, 0, 0));
+
+    EXPECT_EQ(tests::readFile(taken), text);
+    EXPECT_EQ(readPng(target).width, 1);
+}
+
+TEST(SideFile, IsRemovedUnlessItTookItsPlace)
+{
+    const tests::TemporaryFolder folder;
+    {
+        const SideFile side(folder.path() / "a.json");
+        EXPECT_EQ(side.path().parent_path(), folder.path());
+        EXPECT_TRUE(std::filesystem::exists(side.path()));
+    }
+    EXPECT_TRUE(std::filesystem::is_empty(folder.path()));
+}
+
+TEST(SideFile, IsRemovedWhereItsPlaceIsAFolder)
+{
+    const tests::TemporaryFolder folder;
+    const std::filesystem::path target = folder.path() / "a.png";
+    std::filesystem::create_directories(target / "inner");
+    EXPECT_THROW(writePng(target, Image(1, 1, 0, 0, 0)), JobError);
     const auto begin = std::filesystem::directory_iterator(folder.path());
     EXPECT_EQ(std::distance(begin, std::filesystem::directory_iterator()), 1);
 }

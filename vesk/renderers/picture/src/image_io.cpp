@@ -56,8 +56,11 @@ public:
     explicit SideFile(const fs::path& target) : m_target(target)
     {
         static std::atomic<unsigned> counter{0};
-        m_side = target;
-        m_side += ".part-" + std::to_string(::getpid()) + "-" + std::to_string(counter++);
+        std::error_code ignored;
+        do {
+            m_side = target;
+            m_side += "." + std::to_string(::getpid()) + "-" + std::to_string(counter++) + ".partial";
+        } while (fs::exists(m_side, ignored));
     }
     ~SideFile()
     {

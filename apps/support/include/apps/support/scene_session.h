@@ -67,7 +67,7 @@ public:
     std::vector<std::string> cameraPaths();
 
 private:
-    PXR_NS::SdfPath _requirePath(const std::string& text, const char* what) const;
+    PXR_NS::SdfPath _requirePath(const std::string& text, const char* what, const char* hint) const;
 
     std::string m_scene;
     std::shared_ptr<vesk::framework::usd_document::UsdDocument> m_document;
