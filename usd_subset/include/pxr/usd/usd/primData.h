@@ -6,11 +6,11 @@
 #include <pxr/usd/sdf/path.h>
 #include <pxr/usd/sdf/types.h>
 #include <pxr/usd/usd/common.h>
+#include <pxr/usd/usd/primDataHandle.h>
 #include <pxr/usd/usd/primFlags.h>
 #include <pxr/usd/usd/primTypeInfo.h>
 
-#include <atomic>
-#include <cstdint>
+#include <cstddef>
 #include <memory>
 
 PXR_NAMESPACE_OPEN_SCOPE
@@ -18,7 +18,7 @@ PXR_NAMESPACE_OPEN_SCOPE
 class Usd_PrimIndex;
 
 /// A composed prim of a stage. Prim handles count it; the stage marks it dead when the prim goes.
-class Usd_PrimData
+class Usd_PrimData : private Usd_PrimDataLife
 {
 public:
     const SdfPath& GetPath() const { return _path; }
@@ -62,13 +62,15 @@ private:
     ~Usd_PrimData();
     Usd_PrimData(const Usd_PrimData&) = delete;
     Usd_PrimData& operator=(const Usd_PrimData&) = delete;
+    // Prims lie in memory in the order in which they are composed, which is about that of traversals.
+    static void* operator new(std::size_t size);
+    static void operator delete(void* memory) noexcept;
 
-    friend void Usd_RetainPrimData(const Usd_PrimData* data) noexcept;
-    friend void Usd_ReleasePrimData(const Usd_PrimData* data) noexcept;
-    friend bool Usd_IsDead(const Usd_PrimData* data) noexcept;
+    friend void Usd_DeletePrimData(const Usd_PrimData* data) noexcept;
     friend class Usd_PrimComposer;
     friend class Usd_PrimTable;
 
+    Usd_PrimFlagBits _flags;
     UsdStage* _stage;
     SdfPath _path;
     std::shared_ptr<const Usd_PrimIndex> _index;
@@ -76,8 +78,6 @@ private:
     Usd_PrimDataPtr _parent = nullptr;
     Usd_PrimDataPtr _firstChild = nullptr;
     Usd_PrimDataPtr _nextSibling = nullptr;
-    mutable std::atomic<std::int64_t> _refCount{0};
-    Usd_PrimFlagBits _flags;
 };
 
 PXR_NAMESPACE_CLOSE_SCOPE

@@ -4,7 +4,9 @@
 #include <pxr/export.h>
 #include <pxr/pxr.h>
 
+#include <atomic>
 #include <cstddef>
+#include <cstdint>
 #include <utility>
 
 PXR_NAMESPACE_OPEN_SCOPE
@@ -15,10 +17,29 @@ class SdfPath;
 typedef Usd_PrimData* Usd_PrimDataPtr;
 typedef const Usd_PrimData* Usd_PrimDataConstPtr;
 
-// These take pointers so that the handle stays usable where the prim data's definition is not known.
-VESK_USD_API void Usd_RetainPrimData(const Usd_PrimData* data) noexcept;
-VESK_USD_API void Usd_ReleasePrimData(const Usd_PrimData* data) noexcept;
-VESK_USD_API bool Usd_IsDead(const Usd_PrimData* data) noexcept;
+/// The part of a prim's data that handles touch inline, also where the rest is not known: its beginning.
+struct Usd_PrimDataLife
+{
+    mutable std::atomic<std::uint32_t> count{0};
+    bool isDead = false; ///< the stage has it no more
+};
+
+inline const Usd_PrimDataLife& Usd_LifeOf(const Usd_PrimData* data)
+{
+    return *reinterpret_cast<const Usd_PrimDataLife*>(data);
+}
+inline void Usd_RetainPrimData(const Usd_PrimData* data) noexcept
+{
+    Usd_LifeOf(data).count.fetch_add(1, std::memory_order_relaxed);
+}
+VESK_USD_API void Usd_DeletePrimData(const Usd_PrimData* data) noexcept;
+inline void Usd_ReleasePrimData(const Usd_PrimData* data) noexcept
+{
+    if (Usd_LifeOf(data).count.fetch_sub(1, std::memory_order_acq_rel) == 1) {
+        Usd_DeletePrimData(data);
+    }
+}
+inline bool Usd_IsDead(const Usd_PrimData* data) noexcept { return Usd_LifeOf(data).isDead; }
 [[noreturn]] VESK_USD_API void Usd_ThrowExpiredPrimAccessError(const Usd_PrimData* data);
 
 /// A counted pointer to a prim's data. It is false when the prim has gone, and throws when it is then used.

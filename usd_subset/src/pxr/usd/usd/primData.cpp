@@ -1,5 +1,6 @@
 #include <pxr/usd/usd/primData.h>
 
+#include "pxr/base/tf/slabPool.h"
 #include "pxr/usd/usd/primFields.h"
 #include "pxr/usd/usd/primIndex.h"
 #include "pxr/usd/usd/stageImpl.h"
@@ -8,23 +9,44 @@
 #include <pxr/usd/kind/registry.h>
 #include <pxr/usd/usd/errors.h>
 
+#include <mutex>
+
 PXR_NAMESPACE_OPEN_SCOPE
 
 UsdExpiredPrimAccessError::~UsdExpiredPrimAccessError() = default;
 
-void Usd_RetainPrimData(const Usd_PrimData* data) noexcept
-{
-    data->_refCount.fetch_add(1, std::memory_order_relaxed);
-}
+namespace {
 
-void Usd_ReleasePrimData(const Usd_PrimData* data) noexcept
+struct PrimPool
 {
-    if (data->_refCount.fetch_sub(1, std::memory_order_acq_rel) == 1) {
-        delete data;
+    std::mutex mutex;
+    Tf_SlabPool pool{sizeof(Usd_PrimData)};
+
+    static PrimPool& Get()
+    {
+        // Handles may outlive whatever is destroyed when the process ends.
+        static PrimPool* const pool = new PrimPool;
+        return *pool;
     }
+};
+
+} // namespace
+
+void* Usd_PrimData::operator new(std::size_t)
+{
+    PrimPool& prims = PrimPool::Get();
+    const std::lock_guard<std::mutex> lock(prims.mutex);
+    return prims.pool.Allocate();
 }
 
-bool Usd_IsDead(const Usd_PrimData* data) noexcept { return data->_flags[Usd_PrimDeadFlag]; }
+void Usd_PrimData::operator delete(void* memory) noexcept
+{
+    PrimPool& prims = PrimPool::Get();
+    const std::lock_guard<std::mutex> lock(prims.mutex);
+    prims.pool.Free(memory);
+}
+
+void Usd_DeletePrimData(const Usd_PrimData* data) noexcept { delete data; }
 
 void Usd_ThrowExpiredPrimAccessError(const Usd_PrimData* data)
 {

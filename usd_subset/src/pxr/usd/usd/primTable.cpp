@@ -10,7 +10,7 @@ Usd_PrimDataPtr Usd_PrimTable::Add(UsdStage* stage, const SdfPath& path)
 {
     const Usd_PrimDataPtr prim = new Usd_PrimData(stage, path);
     Usd_RetainPrimData(prim);
-    _prims[path] = prim;
+    _prims.FindOrAdd(path).prim = prim;
     if (path.IsAbsoluteRootPath()) {
         _pseudoRoot = prim;
     }
@@ -26,23 +26,21 @@ void Usd_PrimTable::RemoveSubtree(Usd_PrimDataPtr top)
         }
     }
     for (const Usd_PrimDataPtr prim : doomed) {
-        _prims.erase(prim->_path);
+        _prims.Erase(prim->_path);
         _Remove(prim);
     }
 }
 
 void Usd_PrimTable::Clear()
 {
-    for (const auto& entry : _prims) {
-        _Remove(entry.second);
-    }
-    _prims.clear();
+    ForEach([this](Usd_PrimDataPtr prim) { _Remove(prim); });
+    _prims = Sdf_SpecTableOf<_Entry>();
     _pseudoRoot = nullptr;
 }
 
 void Usd_PrimTable::_Remove(Usd_PrimDataPtr prim)
 {
-    prim->_flags[Usd_PrimDeadFlag] = true;
+    prim->isDead = true;
     prim->_stage = nullptr;
     prim->_index.reset();
     prim->_parent = prim->_firstChild = prim->_nextSibling = nullptr;

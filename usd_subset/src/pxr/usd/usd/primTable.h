@@ -4,9 +4,8 @@
 
 #include <pxr/pxr.h>
 #include <pxr/usd/sdf/path.h>
+#include <pxr/usd/sdf/specTable.h>
 #include <pxr/usd/usd/primData.h>
-
-#include <unordered_map>
 
 PXR_NAMESPACE_OPEN_SCOPE
 
@@ -21,11 +20,11 @@ public:
 
     Usd_PrimDataPtr Find(const SdfPath& path) const
     {
-        const auto found = _prims.find(path);
-        return found == _prims.end() ? nullptr : found->second;
+        const _Entry* const found = _prims.Find(path);
+        return found ? found->prim : nullptr;
     }
     Usd_PrimDataPtr GetPseudoRoot() const { return _pseudoRoot; }
-    size_t GetSize() const { return _prims.size(); }
+    size_t GetSize() const { return _prims.GetSize(); }
 
     /// Adds an uncomposed prim.
     Usd_PrimDataPtr Add(UsdStage* stage, const SdfPath& path);
@@ -36,15 +35,22 @@ public:
     template <class Function>
     void ForEach(const Function& function) const
     {
-        for (const auto& entry : _prims) {
-            function(entry.second);
-        }
+        _prims.ForEach([&function](const _Entry& entry) {
+            function(entry.prim);
+            return true;
+        });
     }
 
 private:
+    struct _Entry
+    {
+        SdfPath path;
+        Usd_PrimDataPtr prim = nullptr;
+    };
+
     void _Remove(Usd_PrimDataPtr prim);
 
-    std::unordered_map<SdfPath, Usd_PrimDataPtr, SdfPath::Hash> _prims;
+    Sdf_SpecTableOf<_Entry> _prims;
     Usd_PrimDataPtr _pseudoRoot = nullptr;
 };
 
