@@ -64,10 +64,24 @@ TEST(SpecTable, VisitsEachSpecOnceUntilTold)
     EXPECT_EQ(4, count);
 }
 
+TEST(SpecTable, FindsThePropertiesOfAPrimByTheirNames)
+{
+    Sdf_SpecTable table;
+    const TfToken size("size");
+    table.FindOrAdd(SdfPath("/A"));
+    table.FindOrAdd(SdfPath("/A/size"));
+    const Sdf_SpecTable::Spec* const property = &table.FindOrAdd(SdfPath("/A.size"));
+    EXPECT_EQ(property, table.FindProperty(SdfPath("/A"), size));
+    EXPECT_EQ(nullptr, table.FindProperty(SdfPath("/A/size"), size));
+    EXPECT_EQ(nullptr, table.FindProperty(SdfPath("/A"), TfToken("radius")));
+    EXPECT_EQ(nullptr, table.FindProperty(SdfPath("/"), TfToken("A")));
+}
+
 TEST(SpecTable, IsEmptyAtFirst)
 {
     Sdf_SpecTable table;
     EXPECT_EQ(nullptr, table.Find(PathOf(1)));
+    EXPECT_EQ(nullptr, table.FindProperty(PathOf(1), TfToken("size")));
     EXPECT_FALSE(table.Erase(PathOf(1)));
     EXPECT_EQ(0u, table.GetSize());
 }

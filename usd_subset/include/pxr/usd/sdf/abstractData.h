@@ -144,6 +144,10 @@ public:
     virtual void EraseSpec(const SdfPath& path) = 0;
     virtual void MoveSpec(const SdfPath& oldPath, const SdfPath& newPath) = 0;
     virtual SdfSpecType GetSpecType(const SdfPath& path) const = 0;
+    /// The path of a prim's property, and on wish the type of its spec; empty where there is none. Makes no
+    /// path of a property that is not there.
+    virtual SdfPath FindProperty(const SdfPath& primPath, const TfToken& name,
+                                 SdfSpecType* specType = nullptr) const;
     /// Visits every spec, in no particular order, until the visitor returns false.
     void VisitSpecs(SdfAbstractDataSpecVisitor* visitor) const;
 

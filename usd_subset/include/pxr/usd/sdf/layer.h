@@ -356,6 +356,7 @@ private:
     friend class Sdf_ChangeManager;
     friend class Sdf_LayerEdit;
     friend class Sdf_LayerRegistry;
+    friend class Usd_PropertySites;
     struct _Opening;
 
     SdfLayer(const SdfFileFormatConstPtr& fileFormat, const std::string& identifier,
@@ -376,6 +377,7 @@ private:
 
     bool _Write(const std::string& fileName, const std::string& comment, SdfFileFormatConstPtr fileFormat,
                 const FileFormatArguments& args) const;
+    SdfPath _FindProperty(const SdfPath& primPath, const TfToken& name, SdfSpecType* specType) const;
     void _MarkCurrentStateAsClean() const;
     bool _UpdateLastDirtinessState() const;
     bool _ShouldNotify() const { return _initialized; }

@@ -27,9 +27,10 @@ typedef std::set<class SdfPath> SdfPathSet;
 typedef std::vector<class SdfPath> SdfPathVector;
 
 /// The part of a node that handles touch inline.
-struct Sdf_PathNodeCount
+struct Sdf_PathNodeHead
 {
     mutable std::atomic<uint32_t> count{1};
+    uint32_t hash = 0; ///< of the last element and of the address of what is above it
 };
 
 /// A path in scene description: a handle of pointer size to an interned node, hence equality, hash and copies
@@ -234,19 +235,33 @@ private:
     friend class Sdf_PathNode;
     friend class Sdf_PathTable;
     friend class Sdf_PathAccess;
+    friend struct Sdf_PathKey;
 
     /// Takes over a reference to the node.
     explicit SdfPath(const Sdf_PathNode* node) noexcept : _node(node) {}
     void _AddRef() const noexcept
     {
         if (_node) {
-            reinterpret_cast<const Sdf_PathNodeCount*>(_node)->count.fetch_add(1, std::memory_order_relaxed);
+            reinterpret_cast<const Sdf_PathNodeHead*>(_node)->count.fetch_add(1, std::memory_order_relaxed);
         }
     }
     VESK_USD_API static void _Release(const Sdf_PathNode* node) noexcept;
     VESK_USD_API static bool _LessThan(const SdfPath& a, const SdfPath& b);
 
     const Sdf_PathNode* _node = nullptr;
+};
+
+/// How a table finds paths among those that it holds without their being made first.
+struct Sdf_PathKey
+{
+    static uint32_t GetHash(const SdfPath& path)
+    {
+        return path._node ? reinterpret_cast<const Sdf_PathNodeHead*>(path._node)->hash : 0;
+    }
+    /// The hash that a prim's property has, or would have.
+    VESK_USD_API static uint32_t GetHashOfProperty(const SdfPath& prim, const TfToken& name);
+    /// Whether a path is that of a prim's property of this name.
+    VESK_USD_API static bool IsProperty(const SdfPath& path, const SdfPath& prim, const TfToken& name);
 };
 
 /// A range over a path and its ancestors, the path itself first.

@@ -44,6 +44,16 @@ public:
     }
     Spec* Find(const SdfPath& path) { return const_cast<Spec*>(std::as_const(*this).Find(path)); }
 
+    /// The spec of a prim's property; null when there is none.
+    const Spec* FindProperty(const SdfPath& prim, const TfToken& name) const
+    {
+        const std::size_t slot =
+            _FindSlot(Sdf_PathKey::GetHashOfProperty(prim, name), [&prim, &name](const SdfPath& path) {
+                return Sdf_PathKey::IsProperty(path, prim, name);
+            });
+        return slot == kNone ? nullptr : &_At(_slots[slot].spec);
+    }
+
     /// The spec of a path, made when there is none.
     Spec& FindOrAdd(const SdfPath& path)
     {
@@ -65,7 +75,7 @@ public:
         }
         Spec& spec = _At(place);
         spec.path = path;
-        _Place({_Mix(path), place});
+        _Place({Sdf_PathKey::GetHash(path), place});
         ++_size;
         return spec;
     }
@@ -126,22 +136,23 @@ private:
         std::uint32_t spec = kEmpty;
     };
 
-    static std::uint32_t _Mix(const SdfPath& path)
-    {
-        return static_cast<std::uint32_t>((path.GetHash() * 0x9E3779B97F4A7C15u) >> 32);
-    }
     const Spec& _At(std::uint32_t place) const { return _chunks[place / kChunk][place % kChunk]; }
     Spec& _At(std::uint32_t place) { return _chunks[place / kChunk][place % kChunk]; }
 
     std::size_t _FindSlot(const SdfPath& path) const
     {
+        return _FindSlot(Sdf_PathKey::GetHash(path), [&path](const SdfPath& other) { return other == path; });
+    }
+
+    template <class IsWanted>
+    std::size_t _FindSlot(std::uint32_t hash, const IsWanted& isWanted) const
+    {
         if (_slots.empty()) {
             return kNone;
         }
-        const std::uint32_t hash = _Mix(path);
         const std::size_t mask = _slots.size() - 1;
         for (std::size_t slot = hash & mask; _slots[slot].spec != kEmpty; slot = (slot + 1) & mask) {
-            if (_slots[slot].hash == hash && _At(_slots[slot].spec).path == path) {
+            if (_slots[slot].hash == hash && isWanted(_At(_slots[slot].spec).path)) {
                 return slot;
             }
         }

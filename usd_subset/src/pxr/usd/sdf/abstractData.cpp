@@ -56,6 +56,18 @@ void SdfAbstractData::CopyFrom(const SdfAbstractDataConstPtr& source)
     }
 }
 
+SdfPath SdfAbstractData::FindProperty(const SdfPath& primPath, const TfToken& name,
+                                      SdfSpecType* specType) const
+{
+    const SdfPath path =
+        primPath.IsPrimOrPrimVariantSelectionPath() ? primPath.AppendProperty(name) : SdfPath();
+    const SdfSpecType type = path.IsEmpty() ? SdfSpecTypeUnknown : GetSpecType(path);
+    if (specType) {
+        *specType = type;
+    }
+    return type == SdfSpecTypeUnknown ? SdfPath() : path;
+}
+
 bool SdfAbstractData::IsDetached() const { return !StreamsData(); }
 
 bool SdfAbstractData::IsEmpty() const { return allPaths(*this).empty(); }

@@ -95,6 +95,15 @@ SdfSpecType SdfData::GetSpecType(const SdfPath& path) const
     return spec ? spec->type : SdfSpecTypeUnknown;
 }
 
+SdfPath SdfData::FindProperty(const SdfPath& primPath, const TfToken& name, SdfSpecType* specType) const
+{
+    const _Spec* spec = _specs.FindProperty(primPath, name);
+    if (specType) {
+        *specType = spec ? spec->type : SdfSpecTypeUnknown;
+    }
+    return spec ? spec->path : SdfPath();
+}
+
 bool SdfData::Has(const SdfPath& path, const TfToken& fieldName, VtValue* value) const
 {
     const VtValue* field = _Find(path, fieldName);

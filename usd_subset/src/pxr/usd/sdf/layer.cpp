@@ -102,6 +102,11 @@ std::string SdfLayer::ComputeAbsolutePath(const std::string& assetPath) const
 
 SdfSpecType SdfLayer::GetSpecType(const SdfPath& path) const { return _data->GetSpecType(path); }
 
+SdfPath SdfLayer::_FindProperty(const SdfPath& primPath, const TfToken& name, SdfSpecType* specType) const
+{
+    return _data->FindProperty(primPath, name, specType);
+}
+
 bool SdfLayer::HasSpec(const SdfPath& path) const { return _data->HasSpec(path); }
 
 const VtValue* SdfLayer::_RequiredFallback(const TfToken& fieldName, SdfSpecType specType) const

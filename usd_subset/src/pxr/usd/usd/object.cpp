@@ -29,7 +29,7 @@ SdfSpecType UsdObject::_GetDefiningSpecType() const
     const Usd_PrimData& prim = *get_pointer(_prim);
     SdfSpecType type = prim.GetPrimDefinition().GetSpecType(_propName);
     for (Usd_PropertySites sites(prim, _propName); sites && type == SdfSpecTypeUnknown; ++sites) {
-        type = sites.GetLayer().GetSpecType(sites.GetPath());
+        type = sites.GetSpecType();
     }
     return type;
 }

@@ -119,6 +119,15 @@ SdfSpecType Sdf_CrateData::GetSpecType(const SdfPath& path) const
     return spec ? spec->type : SdfSpecTypeUnknown;
 }
 
+SdfPath Sdf_CrateData::FindProperty(const SdfPath& primPath, const TfToken& name, SdfSpecType* specType) const
+{
+    const _Spec* spec = _specs.FindProperty(primPath, name);
+    if (specType) {
+        *specType = spec ? spec->type : SdfSpecTypeUnknown;
+    }
+    return spec ? spec->path : SdfPath();
+}
+
 bool Sdf_CrateData::HasSpecAndField(const SdfPath& path, const TfToken& fieldName, VtValue* value,
                                     SdfSpecType* specType) const
 {

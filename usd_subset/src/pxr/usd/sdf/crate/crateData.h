@@ -55,6 +55,8 @@ public:
     void EraseSpec(const SdfPath& path) override;
     void MoveSpec(const SdfPath& oldPath, const SdfPath& newPath) override;
     SdfSpecType GetSpecType(const SdfPath& path) const override;
+    SdfPath FindProperty(const SdfPath& primPath, const TfToken& name,
+                         SdfSpecType* specType = nullptr) const override;
 
     bool Has(const SdfPath& path, const TfToken& fieldName, VtValue* value = nullptr) const override;
     bool HasSpecAndField(const SdfPath& path, const TfToken& fieldName, VtValue* value,

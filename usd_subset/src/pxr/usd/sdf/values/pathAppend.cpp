@@ -1,6 +1,7 @@
 #include <pxr/usd/sdf/path.h>
 
 #include "pxr/usd/sdf/values/pathNode.h"
+#include "pxr/usd/sdf/values/pathNodeTable.h"
 
 #include <pxr/base/tf/diagnostic.h>
 #include <pxr/base/tf/stringUtils.h>
@@ -250,6 +251,17 @@ SdfPath SdfPath::AppendElementString(const std::string& element) const
 SdfPath SdfPath::AppendElementToken(const TfToken& elementTok) const
 {
     return AppendElementString(elementTok.GetString());
+}
+
+uint32_t Sdf_PathKey::GetHashOfProperty(const SdfPath& prim, const TfToken& name)
+{
+    return Sdf_PathNodeTable::Hash(prim._node, {Kind::PrimProperty, name, {}, {}});
+}
+
+bool Sdf_PathKey::IsProperty(const SdfPath& path, const SdfPath& prim, const TfToken& name)
+{
+    return path._node->GetParent() == prim._node && path._node->GetKind() == Kind::PrimProperty &&
+           path._node->GetName() == name;
 }
 
 PXR_NAMESPACE_CLOSE_SCOPE

@@ -34,15 +34,6 @@ SdfPath AppendAll(SdfPath path, const std::vector<const Node*>& nodes)
     return path;
 }
 
-/// Returns the element with the prefix of its target, if it has one, replaced.
-Node::Element WithReplacedTarget(Node::Element element, const SdfPath& oldPrefix, const SdfPath& newPrefix)
-{
-    if (!element.target.IsEmpty()) {
-        element.target = element.target.ReplacePrefix(oldPrefix, newPrefix, true);
-    }
-    return element;
-}
-
 } // namespace
 
 SdfPath SdfPath::ReplaceName(TfToken const& newName) const
@@ -90,9 +81,11 @@ SdfPath SdfPath::ReplacePrefix(const SdfPath& oldPrefix, const SdfPath& newPrefi
     SdfPath result = matches ? newPrefix : Sdf_PathAccess::Share(_node->GetAncestor(0));
     const std::vector<const Node*> nodes = NodesAbove(_node, keptCount);
     for (size_t i = nodes.size(); i-- > 0 && !result.IsEmpty();) {
-        const Node::Element& element = nodes[i]->GetElement();
-        result = Sdf_PathAccess::Append(
-            result, fixTargetPaths ? WithReplacedTarget(element, oldPrefix, newPrefix) : element);
+        const Node::Element element = nodes[i]->GetElement();
+        const SdfPath target = fixTargetPaths && !element.target.IsEmpty()
+                                   ? element.target.ReplacePrefix(oldPrefix, newPrefix, true)
+                                   : element.target;
+        result = Sdf_PathAccess::Append(result, {element.kind, element.name, element.variant, target});
     }
     return result;
 }

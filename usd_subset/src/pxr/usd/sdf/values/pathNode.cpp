@@ -44,8 +44,11 @@ bool Sdf_PathNode::Element::operator<(const Element& o) const
 
 Sdf_PathNode::Sdf_PathNode(const Sdf_PathNode* parent, const Element& element, bool isAbsolute)
     : m_parent(parent),
-      m_element(element),
+      m_name(element.name),
+      m_variant(element.variant),
+      m_target(element.target),
       m_count(parent ? parent->m_count + 1 : 0),
+      m_kind(element.kind),
       m_isAbsolute(isAbsolute),
       m_inProperty((parent && parent->m_inProperty) || StartsProperty(element.kind)),
       m_hasVariant((parent && parent->m_hasVariant) || element.kind == Kind::VariantSelection),
@@ -86,12 +89,11 @@ void Sdf_PathNode::Release(const Sdf_PathNode* node) noexcept
                                                                std::memory_order_relaxed)) {
         }
         const Sdf_PathNode* next = nullptr;
-        if (count <= 1 && Sdf_PathNodeTable::Get().ReleaseLast(node)) {
-            next = node->m_parent;
-            SdfPath target;
-            Sdf_PathNodeTable::Destroy(node, &target);
-            if (!target.IsEmpty()) {
-                targets.push_back(Sdf_PathAccess::Take(&target));
+        Sdf_PathNodeTable::Remains remains;
+        if (count <= 1 && Sdf_PathNodeTable::Get().ReleaseLast(node, &remains)) {
+            next = remains.parent;
+            if (!remains.target.IsEmpty()) {
+                targets.push_back(Sdf_PathAccess::Take(&remains.target));
             }
         }
         if (!next && !targets.empty()) {
@@ -104,7 +106,7 @@ void Sdf_PathNode::Release(const Sdf_PathNode* node) noexcept
 
 bool Sdf_PathNode::IsParentElement() const
 {
-    return GetKind() == Kind::Prim && m_element.name == FixedNames::Get().parent;
+    return GetKind() == Kind::Prim && m_name == FixedNames::Get().parent;
 }
 
 const TfToken& Sdf_PathNode::GetName() const
@@ -115,9 +117,9 @@ const TfToken& Sdf_PathNode::GetName() const
     case Kind::Expression:
         return FixedNames::Get().expression;
     case Kind::VariantSelection:
-        return m_element.variant.IsEmpty() ? m_element.name : m_element.variant;
+        return m_variant.IsEmpty() ? m_name : m_variant;
     default:
-        return m_element.name;
+        return m_name;
     }
 }
 
@@ -139,7 +141,7 @@ struct Pending
 /// Appends the text of an element up to its target, whose path and closing bracket it leaves to the caller.
 void AppendElement(const Node* node, std::string* text)
 {
-    const Node::Element& element = node->GetElement();
+    const Node::Element element = node->GetElement();
     switch (node->GetKind()) {
     case Kind::Root:
         break;
@@ -229,7 +231,7 @@ std::string Sdf_PathNode::GetElementText() const
     std::string text;
     AppendElement(this, &text);
     if (HasTarget(this)) {
-        AppendPath(Sdf_PathAccess::NodeOf(m_element.target), &text);
+        AppendPath(Sdf_PathAccess::NodeOf(m_target), &text);
         text += "]";
     }
     return text;

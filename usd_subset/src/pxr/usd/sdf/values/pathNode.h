@@ -10,8 +10,9 @@
 PXR_NAMESPACE_OPEN_SCOPE
 
 /// One element of a path, interned: a parent has at most one node of each element. A node counts the handles
-/// and children that refer to it; its own references are those to its parent and to its target.
-class Sdf_PathNode : public Sdf_PathNodeCount
+/// and children that refer to it; its own references are those to its parent and to its target. It fills a
+/// line of the cache, since paths are found by reading nodes in no order.
+class Sdf_PathNode : public Sdf_PathNodeHead
 {
 public:
     /// In the order in which siblings of different kinds sort.
@@ -28,13 +29,13 @@ public:
         Expression
     };
 
-    /// What tells siblings apart.
+    /// What tells siblings apart; only looked at, as long as whoever has the parts lives.
     struct Element
     {
         Kind kind;
-        TfToken name;    // of the prim, property or argument; the variant set
-        TfToken variant; // of a variant selection
-        SdfPath target;  // of a target or mapper
+        const TfToken& name;    // of the prim, property or argument; the variant set
+        const TfToken& variant; // of a variant selection
+        const SdfPath& target;  // of a target or mapper
 
         bool operator==(const Element& o) const
         {
@@ -54,8 +55,8 @@ public:
     /// recursion.
     static void Release(const Sdf_PathNode* node) noexcept;
 
-    Kind GetKind() const { return m_element.kind; }
-    const Element& GetElement() const { return m_element; }
+    Kind GetKind() const { return m_kind; }
+    Element GetElement() const { return {m_kind, m_name, m_variant, m_target}; }
     const Sdf_PathNode* GetParent() const { return m_parent; }
     const TfToken& GetName() const;
     /// Returns the number of elements from the root, which has none.
@@ -99,15 +100,17 @@ private:
     ~Sdf_PathNode();
 
     const Sdf_PathNode* const m_parent;
-    Element m_element;
-    const uint32_t m_count;
-    const bool m_isAbsolute;
-    const bool m_inProperty;
-    const bool m_hasVariant;
-    const bool m_hasTarget;
-    size_t m_hash = 0;
-    Sdf_PathNode* m_next = nullptr;
+    TfToken m_name;
+    TfToken m_variant;
+    SdfPath m_target;
+    Sdf_PathNode* m_next = nullptr; // in the same bucket
     mutable std::atomic<const TfToken*> m_token{nullptr};
+    const uint32_t m_count;
+    const Kind m_kind;
+    const bool m_isAbsolute : 1;
+    const bool m_inProperty : 1;
+    const bool m_hasVariant : 1;
+    const bool m_hasTarget : 1;
 };
 
 /// Lets the sources of SdfPath handle nodes.

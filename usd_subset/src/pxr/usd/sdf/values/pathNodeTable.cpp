@@ -1,6 +1,6 @@
 #include "pxr/usd/sdf/values/pathNodeTable.h"
 
-#include <memory>
+#include <new>
 
 PXR_NAMESPACE_OPEN_SCOPE
 
@@ -10,17 +10,18 @@ Sdf_PathNodeTable& Sdf_PathNodeTable::Get()
     return *table;
 }
 
-size_t Sdf_PathNodeTable::_Hash(const Node* parent, const Element& element)
+uint32_t Sdf_PathNodeTable::Hash(const Node* parent, const Element& element)
 {
-    return TfHash::Combine(static_cast<const void*>(parent), element.kind, element.name, element.variant,
-                           element.target);
+    const size_t hash = TfHash::Combine(static_cast<const void*>(parent), element.kind, element.name);
+    const bool isPlain = element.variant.IsEmpty() && element.target.IsEmpty();
+    return static_cast<uint32_t>(isPlain ? hash : TfHash::Combine(hash, element.variant, element.target));
 }
 
 Sdf_PathNode* Sdf_PathNodeTable::_FindIn(Shard& shard, const Node* parent, const Element& element,
-                                         size_t hash)
+                                         uint32_t hash)
 {
     Node* node = _BucketOf(shard, hash);
-    while (node && (node->m_hash != hash || node->m_parent != parent || !(node->m_element == element))) {
+    while (node && (node->hash != hash || node->m_parent != parent || !(node->GetElement() == element))) {
         node = node->m_next;
     }
     if (node) {
@@ -31,16 +32,16 @@ Sdf_PathNode* Sdf_PathNodeTable::_FindIn(Shard& shard, const Node* parent, const
 
 const Sdf_PathNode* Sdf_PathNodeTable::Find(const Node* parent, const Element& element)
 {
-    const size_t hash = _Hash(parent, element);
-    Shard& shard = _ShardOf(hash);
+    const uint32_t hash = Hash(parent, element);
+    Shard& shard = _ShardOfChildren(parent);
     const std::lock_guard<std::mutex> lock(shard.mutex);
     return _FindIn(shard, parent, element, hash);
 }
 
 const Sdf_PathNode* Sdf_PathNodeTable::FindOrCreate(const Node* parent, const Element& element)
 {
-    const size_t hash = _Hash(parent, element);
-    Shard& shard = _ShardOf(hash);
+    const uint32_t hash = Hash(parent, element);
+    Shard& shard = _ShardOfChildren(parent);
     const std::lock_guard<std::mutex> lock(shard.mutex);
     if (Node* found = _FindIn(shard, parent, element, hash)) {
         return found;
@@ -48,8 +49,9 @@ const Sdf_PathNode* Sdf_PathNodeTable::FindOrCreate(const Node* parent, const El
     if (2 * shard.size >= shard.buckets.size()) {
         _Grow(shard);
     }
-    Node* made = new Node(parent, element, parent->m_isAbsolute);
-    made->m_hash = hash;
+    static_assert(sizeof(Node) == 64);
+    Node* made = new (shard.nodes.Allocate()) Node(parent, element, parent->m_isAbsolute);
+    made->hash = hash;
     Node*& bucket = _BucketOf(shard, hash);
     made->m_next = bucket;
     bucket = made;
@@ -58,27 +60,29 @@ const Sdf_PathNode* Sdf_PathNodeTable::FindOrCreate(const Node* parent, const El
     return made;
 }
 
-bool Sdf_PathNodeTable::ReleaseLast(const Node* node)
+bool Sdf_PathNodeTable::ReleaseLast(const Node* node, Remains* remains)
 {
-    Shard& shard = _ShardOf(node->m_hash);
+    Shard& shard = _ShardOfChildren(node->m_parent);
     const std::lock_guard<std::mutex> lock(shard.mutex);
     if (node->count.fetch_sub(1, std::memory_order_acq_rel) != 1) {
         return false;
     }
-    Node** link = &_BucketOf(shard, node->m_hash);
+    Node** link = &_BucketOf(shard, node->hash);
     while (*link != node) {
         link = &(*link)->m_next;
     }
-    *link = node->m_next;
+    Node* const dead = *link;
+    *link = dead->m_next;
     --shard.size;
+    // What the node refers to is dropped without the lock.
+    remains->parent = dead->m_parent;
+    remains->name.Swap(dead->m_name);
+    remains->variant.Swap(dead->m_variant);
+    swap(remains->target, dead->m_target);
+    remains->token.reset(dead->m_token.exchange(nullptr, std::memory_order_acquire));
+    dead->~Node();
+    shard.nodes.Free(dead);
     return true;
-}
-
-void Sdf_PathNodeTable::Destroy(const Node* node, SdfPath* target)
-{
-    Node* mutableNode = const_cast<Node*>(node);
-    *target = std::move(mutableNode->m_element.target);
-    delete mutableNode;
 }
 
 void Sdf_PathNodeTable::_Grow(Shard& shard)
@@ -88,7 +92,7 @@ void Sdf_PathNodeTable::_Grow(Shard& shard)
     for (Node* node : old) {
         while (node) {
             Node* next = node->m_next;
-            Node*& bucket = _BucketOf(shard, node->m_hash);
+            Node*& bucket = _BucketOf(shard, node->hash);
             node->m_next = bucket;
             bucket = node;
             node = next;
