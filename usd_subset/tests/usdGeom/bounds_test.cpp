@@ -9,8 +9,10 @@
 #include <pxr/usd/usdGeom/points.h>
 #include <pxr/usd/usdGeom/tokens.h>
 
+#include <algorithm>
 #include <cmath>
 #include <limits>
+#include <random>
 
 namespace {
 
@@ -48,6 +50,51 @@ TEST(Extent, OfPointsIncludesTheirWidths)
     EXPECT_EQ(GfVec3f(-1, -3, -3), extent[0]);
     EXPECT_EQ(GfVec3f(7, 3, 3), extent[1]);
     EXPECT_FALSE(UsdGeomPoints::ComputeExtent({GfVec3f(0)}, {1.0f, 2.0f}, &extent));
+}
+
+/// Points whose extremes lie anywhere.
+VtVec3fArray ManyPoints(size_t count)
+{
+    VtVec3fArray points(count);
+    std::mt19937 random(5);
+    std::uniform_real_distribution<float> within(-100.0f, 100.0f);
+    for (GfVec3f& point : points) {
+        point.Set(within(random), within(random), within(random));
+    }
+    return points;
+}
+
+TEST(Extent, OfManyPointsIsThatOfEachOnItsOwn)
+{
+    for (const size_t count : {size_t(1), size_t(3), size_t(4), size_t(4095), size_t(10001)}) {
+        const VtVec3fArray points = ManyPoints(count);
+        GfVec3f min = points[0];
+        GfVec3f max = points[0];
+        for (const GfVec3f& point : points) {
+            for (size_t i = 0; i < 3; ++i) {
+                min[i] = std::min(min[i], point[i]);
+                max[i] = std::max(max[i], point[i]);
+            }
+        }
+        VtVec3fArray extent;
+        ASSERT_TRUE(UsdGeomPointBased::ComputeExtent(points, &extent));
+        EXPECT_EQ(min, extent[0]) << count << " points";
+        EXPECT_EQ(max, extent[1]) << count << " points";
+    }
+}
+
+TEST(Extent, OfManyPointsPassesOverWhatIsNotANumberWhereverItIs)
+{
+    const float nan = std::numeric_limits<float>::quiet_NaN();
+    for (const size_t where : {size_t(0), size_t(2), size_t(5000), size_t(10000)}) {
+        VtVec3fArray points(10001, GfVec3f(1, 2, 3));
+        points[7000] = GfVec3f(-1, 5, 0);
+        points[where] = GfVec3f(9, nan, 9);
+        VtVec3fArray extent;
+        ASSERT_TRUE(UsdGeomPointBased::ComputeExtent(points, &extent));
+        EXPECT_EQ(GfVec3f(-1, 2, 0), extent[0]) << "at " << where;
+        EXPECT_EQ(GfVec3f(9, 5, 9), extent[1]) << "at " << where;
+    }
 }
 
 TEST(Extent, TakesPointsThatAreNotFiniteAsTheyCompare)

@@ -1,4 +1,5 @@
 #include "pxr/usd/usdGeom/extents.h"
+#include "pxr/usd/usdGeom/fourFloats.h"
 
 #include <pxr/base/gf/bbox3d.h>
 #include <pxr/base/tf/registryManager.h>
@@ -8,17 +9,53 @@
 #include <pxr/usd/usdGeom/sphere.h>
 
 #include <algorithm>
+#include <limits>
 
 PXR_NAMESPACE_OPEN_SCOPE
 
 namespace {
 
+/// The coordinates of so many points fill three times four floats, whichever coordinates each of these has.
+constexpr size_t kGroup = 4;
+
+/// Widens a box by groups of points, four coordinates at once.
+void _AddGroups(const GfVec3f* points, size_t groups, GfRange3d* range)
+{
+    using Floats = UsdGeom_FourFloats;
+    const auto* coordinates = reinterpret_cast<const float*>(points);
+    const Floats none(std::numeric_limits<float>::max()), noneBelow(std::numeric_limits<float>::lowest());
+    Floats least[3] = {none, none, none};
+    Floats most[3] = {noneBelow, noneBelow, noneBelow};
+    for (size_t group = 0; group != groups; ++group) {
+        for (size_t i = 0; i != 3; ++i, coordinates += 4) {
+            const Floats values(coordinates);
+            least[i].Min(values);
+            most[i].Max(values);
+        }
+    }
+    float low[3 * kGroup], high[3 * kGroup];
+    for (size_t i = 0; i != 3; ++i) {
+        least[i].Store(low + 4 * i);
+        most[i].Store(high + 4 * i);
+    }
+    for (size_t i = 0; i != 3 * kGroup; i += 3) {
+        range->UnionWith(GfRange3d(GfVec3d(GfVec3f(low + i)), GfVec3d(GfVec3f(high + i))));
+    }
+}
+
 /// The box around points, moved by a matrix where that is not null.
 bool _SetPointExtent(const VtVec3fArray& points, const GfMatrix4d* transform, VtVec3fArray* extent)
 {
     GfRange3d range;
-    for (const GfVec3f& point : points) {
-        range.UnionWith(transform ? GfVec3d(transform->Transform(point)) : GfVec3d(point));
+    const GfVec3f* point = points.cdata();
+    const GfVec3f* const end = point + points.size();
+    if (!transform) {
+        const size_t groups = points.size() / kGroup;
+        _AddGroups(point, groups, &range);
+        point += groups * kGroup;
+    }
+    for (; point != end; ++point) {
+        range.UnionWith(transform ? GfVec3d(transform->Transform(*point)) : GfVec3d(*point));
     }
     UsdGeom_SetExtent(GfVec3f(range.GetMin()), GfVec3f(range.GetMax()), extent);
     return true;
