@@ -2,6 +2,7 @@
 
 #include <pxr/base/gf/bbox3d.h>
 #include <pxr/base/gf/matrix4d.h>
+#include <pxr/base/tf/chunkedTable.h>
 #include <pxr/base/tf/hash.h>
 #include <pxr/base/tf/hashmap.h>
 #include <pxr/usd/sdf/path.h>
@@ -13,7 +14,6 @@
 #include <cstdint>
 #include <map>
 #include <optional>
-#include <unordered_map>
 #include <vector>
 
 PXR_NAMESPACE_OPEN_SCOPE
@@ -104,6 +104,7 @@ private:
     };
     struct _Entry
     {
+        _PrimContext context;
         _PurposeToBBoxMap bboxes;
         UsdGeomImageable::PurposeInfo purposeInfo;
         bool isComplete = false;
@@ -115,9 +116,9 @@ private:
     struct _Frame;
 
     _PurposeToBBoxMap _Resolve(const UsdPrim& prim);
-    void _Open(const _PrimContext& context, const GfMatrix4d& inverseComponentCtm,
+    void _Open(_Entry* entry, const _Entry* parent, const GfMatrix4d& inverseComponentCtm,
                std::vector<_Frame>* stack);
-    std::vector<_PrimContext> _GetIncludedChildren(const _PrimContext& context, _Entry* entry);
+    std::vector<_Entry*> _GetIncludedChildren(_Entry* entry);
     void _AddChildBounds(const _Frame& frame);
     bool _AddExtentsHint(const UsdPrim& prim, _Entry* entry);
     void _AddExtent(const UsdPrim& prim, _Entry* entry);
@@ -125,7 +126,7 @@ private:
     bool _ShouldIncludePrim(const UsdPrim& prim) const;
     bool _UseExtentsHintForPrim(const UsdPrim& prim) const;
     bool _IsVarying(const UsdAttribute& attribute) const;
-    const UsdGeomImageable::PurposeInfo& _GetPurposeInfo(const _PrimContext& context);
+    void _UpdatePurposeInfo(_Entry* entry, const _Entry* parent);
     GfBBox3d _Combine(const _PurposeToBBoxMap& bboxes) const;
     GfBBox3d _ComputeWithOverrides(const UsdPrim& prim, const SdfPathSet& pathsToSkip,
                                    const GfMatrix4d* primOverride,
@@ -137,7 +138,7 @@ private:
     std::optional<UsdTimeCode> _baseTime;
     TfTokenVector _includedPurposes;
     UsdGeomXformCache _ctmCache;
-    std::unordered_map<_PrimContext, _Entry, _PrimContextHash> _entries;
+    Tf_ChunkedTable<_Entry, &_Entry::context, _PrimContextHash> _entries;
     bool _useExtentsHint;
     bool _ignoreVisibility;
 };

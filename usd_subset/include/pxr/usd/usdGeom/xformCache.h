@@ -1,12 +1,11 @@
 #pragma once
 
 #include <pxr/base/gf/matrix4d.h>
+#include <pxr/base/tf/chunkedTable.h>
 #include <pxr/base/tf/hash.h>
 #include <pxr/usd/usd/prim.h>
 #include <pxr/usd/usd/timeCode.h>
 #include <pxr/usd/usdGeom/xformable.h>
-
-#include <unordered_map>
 
 PXR_NAMESPACE_OPEN_SCOPE
 
@@ -29,7 +28,7 @@ public:
     bool TransformMightBeTimeVarying(const UsdPrim& prim);
     bool GetResetXformStack(const UsdPrim& prim);
 
-    void Clear() { _entries.clear(); }
+    void Clear() { _entries.Clear(); }
     /// Moves to a time; what does not vary stays known.
     void SetTime(UsdTimeCode time);
     UsdTimeCode GetTime() const { return _time; }
@@ -38,15 +37,17 @@ public:
 private:
     struct _Entry
     {
+        UsdPrim prim;
         UsdGeomXformable::XformQuery query;
         GfMatrix4d ctm{1.0};
+        bool hasQuery = false;
         bool ctmIsValid = false;
     };
 
     _Entry* _GetEntry(const UsdPrim& prim);
     const GfMatrix4d* _GetCtm(const UsdPrim& prim);
 
-    std::unordered_map<UsdPrim, _Entry, TfHash> _entries;
+    Tf_ChunkedTable<_Entry, &_Entry::prim, TfHash> _entries;
     UsdTimeCode _time = UsdTimeCode::Default();
 };
 

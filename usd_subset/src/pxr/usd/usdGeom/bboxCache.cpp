@@ -55,7 +55,7 @@ UsdGeomBBoxCache::UsdGeomBBoxCache(UsdTimeCode time, TfTokenVector includedPurpo
 void UsdGeomBBoxCache::Clear()
 {
     _ctmCache.Clear();
-    _entries.clear();
+    _entries.Clear();
 }
 
 void UsdGeomBBoxCache::SetTime(UsdTimeCode time)
@@ -65,12 +65,13 @@ void UsdGeomBBoxCache::SetTime(UsdTimeCode time)
     }
     // What does not vary over the samples may still differ from the default value.
     const bool clearAll = _time.IsDefault() || time.IsDefault();
-    for (auto& [context, entry] : _entries) {
+    _entries.ForEach([clearAll](_Entry& entry) {
         if (clearAll || entry.isVarying) {
             entry.isComplete = false;
             entry.bboxes.clear();
         }
-    }
+        return true;
+    });
     _time = time;
     _ctmCache.SetTime(time);
 }
@@ -169,40 +170,38 @@ bool UsdGeomBBoxCache::_IsVarying(const UsdAttribute& attribute) const
     return false;
 }
 
-const UsdGeomImageable::PurposeInfo& UsdGeomBBoxCache::_GetPurposeInfo(const _PrimContext& context)
+void UsdGeomBBoxCache::_UpdatePurposeInfo(_Entry* entry, const _Entry* parent)
 {
     using PurposeInfo = UsdGeomImageable::PurposeInfo;
+    const TfToken& fromInstance = entry->context.instanceInheritablePurpose;
     // Up to the nearest ancestor whose purpose is known, then down again.
-    std::vector<std::pair<UsdPrim, _Entry*>> open;
-    const PurposeInfo* above = nullptr;
-    for (UsdPrim prim = context.prim; prim && !prim.IsPseudoRoot(); prim = prim.GetParent()) {
-        _Entry* const entry = &_entries[{prim, context.instanceInheritablePurpose}];
-        if (entry->purposeInfo) {
-            above = &entry->purposeInfo;
+    std::vector<_Entry*> open;
+    const PurposeInfo* above = parent && parent->purposeInfo ? &parent->purposeInfo : nullptr;
+    for (_Entry* it = entry; !it->context.prim.IsPseudoRoot();) {
+        open.push_back(it);
+        if (above || it->context.prim.IsPrototype()) {
             break;
         }
-        open.emplace_back(prim, entry);
-        if (prim.IsPrototype()) {
+        const UsdPrim next = it->context.prim.GetParent();
+        it = &_entries.FindOrAdd({next, fromInstance});
+        if (it->purposeInfo) {
+            above = &it->purposeInfo;
             break;
         }
     }
-    while (!open.empty()) {
-        const auto [prim, entry] = open.back();
-        open.pop_back();
-        const TfToken& fromInstance = context.instanceInheritablePurpose;
+    for (; !open.empty(); open.pop_back()) {
+        const UsdPrim& prim = open.back()->context.prim;
+        PurposeInfo& info = open.back()->purposeInfo;
         if (prim.IsPrototype()) {
             // A prototype has no purpose of its own; its instances hand theirs down.
-            entry->purposeInfo = PurposeInfo(fromInstance.IsEmpty() ? UsdGeomTokens->default_ : fromInstance,
-                                             !fromInstance.IsEmpty());
+            info = PurposeInfo(fromInstance.IsEmpty() ? UsdGeomTokens->default_ : fromInstance,
+                               !fromInstance.IsEmpty());
         } else {
             const UsdGeomImageable imageable(prim);
-            entry->purposeInfo =
-                above ? imageable.ComputePurposeInfo(*above) : imageable.ComputePurposeInfo();
+            info = above ? imageable.ComputePurposeInfo(*above) : imageable.ComputePurposeInfo();
         }
-        above = &entry->purposeInfo;
+        above = &info;
     }
-    static const PurposeInfo none(UsdGeomTokens->default_, false);
-    return above ? *above : none;
 }
 
 bool UsdGeomBBoxCache::_AddExtentsHint(const UsdPrim& prim, _Entry* entry)
@@ -258,34 +257,32 @@ void UsdGeomBBoxCache::_UpdateVariability(const UsdPrim& prim, _Entry* entry)
 /// A prim whose children are being resolved.
 struct UsdGeomBBoxCache::_Frame
 {
-    _PrimContext context;
     _Entry* entry = nullptr;
     GfMatrix4d inverseComponentCtm{1.0};
-    std::vector<_PrimContext> children;
+    std::vector<_Entry*> children;
     size_t next = 0;
 };
 
 UsdGeomBBoxCache::_PurposeToBBoxMap UsdGeomBBoxCache::_Resolve(const UsdPrim& prim)
 {
-    const _PrimContext context{prim, TfToken()};
-    const auto found = _entries.find(context);
-    if (found != _entries.end() && found->second.isComplete) {
-        return found->second.bboxes;
+    _Entry* const entry = &_entries.FindOrAdd({prim, TfToken()});
+    if (entry->isComplete) {
+        return entry->bboxes;
     }
     // Depth first with a stack of its own, since a namespace may be deeper than the thread's stack.
     // OpenUSD takes the enclosing component's transform at the default time, whatever time is asked for. The
     // box is looser then, and looser alike.
     const GfMatrix4d componentCtm = UsdGeomXformCache().GetLocalToWorldTransform(_FindComponent(prim));
     std::vector<_Frame> stack;
-    _Open(context, componentCtm.GetInverse(), &stack);
+    _Open(entry, nullptr, componentCtm.GetInverse(), &stack);
     while (!stack.empty()) {
         _Frame& frame = stack.back();
         if (frame.next < frame.children.size()) {
-            const _PrimContext child = frame.children[frame.next++];
+            _Entry* const child = frame.children[frame.next++];
             // Prototypes are resolved in their own space.
-            const GfMatrix4d inverse =
-                frame.context.prim.IsInstance() ? GfMatrix4d(1.0) : frame.inverseComponentCtm;
-            _Open(child, inverse, &stack);
+            const bool isInstance = frame.entry->context.prim.IsInstance();
+            const GfMatrix4d inverse = isInstance ? GfMatrix4d(1.0) : frame.inverseComponentCtm;
+            _Open(child, isInstance ? nullptr : frame.entry, inverse, &stack);
         } else {
             _AddChildBounds(frame);
             frame.entry->isComplete = true;
@@ -293,18 +290,20 @@ UsdGeomBBoxCache::_PurposeToBBoxMap UsdGeomBBoxCache::_Resolve(const UsdPrim& pr
             stack.pop_back();
         }
     }
-    return _entries[context].bboxes;
+    return entry->bboxes;
 }
 
-void UsdGeomBBoxCache::_Open(const _PrimContext& context, const GfMatrix4d& inverseComponentCtm,
+// parent: the entry of the prim above, where it is at hand.
+void UsdGeomBBoxCache::_Open(_Entry* entry, const _Entry* parent, const GfMatrix4d& inverseComponentCtm,
                              std::vector<_Frame>* stack)
 {
-    const UsdPrim& prim = context.prim;
-    _Entry* const entry = &_entries[context];
+    const UsdPrim& prim = entry->context.prim;
     if (entry->isComplete || entry->isActive) {
         return;
     }
-    _GetPurposeInfo(context);
+    if (!entry->purposeInfo) {
+        _UpdatePurposeInfo(entry, parent);
+    }
     if (_UseExtentsHintForPrim(prim) && _AddExtentsHint(prim, entry)) {
         entry->isComplete = true;
         return;
@@ -320,25 +319,24 @@ void UsdGeomBBoxCache::_Open(const _PrimContext& context, const GfMatrix4d& inve
         return;
     }
     _Frame frame;
-    frame.context = context;
     frame.entry = entry;
     frame.inverseComponentCtm =
         _IsComponent(prim) ? _ctmCache.GetLocalToWorldTransform(prim).GetInverse() : inverseComponentCtm;
-    frame.children = _GetIncludedChildren(context, entry);
+    frame.children = _GetIncludedChildren(entry);
     stack->push_back(std::move(frame));
 }
 
-std::vector<UsdGeomBBoxCache::_PrimContext>
-UsdGeomBBoxCache::_GetIncludedChildren(const _PrimContext& context, _Entry* entry)
+std::vector<UsdGeomBBoxCache::_Entry*> UsdGeomBBoxCache::_GetIncludedChildren(_Entry* entry)
 {
+    const _PrimContext& context = entry->context;
     const bool isInstance = context.prim.IsInstance();
     const UsdPrim parent = isInstance ? context.prim.GetPrototype() : context.prim;
     const TfToken purpose =
         isInstance ? entry->purposeInfo.GetInheritablePurpose() : context.instanceInheritablePurpose;
-    std::vector<_PrimContext> children;
+    std::vector<_Entry*> children;
     for (const UsdPrim& child : parent.GetFilteredChildren(_Predicate())) {
         if (_ignoreVisibility || _ShouldIncludePrim(child)) {
-            children.push_back({child, purpose});
+            children.push_back(&_entries.FindOrAdd({child, purpose}));
             continue;
         }
         // The parent has to be computed again when the child may have become visible.
@@ -350,27 +348,27 @@ UsdGeomBBoxCache::_GetIncludedChildren(const _PrimContext& context, _Entry* entr
 
 void UsdGeomBBoxCache::_AddChildBounds(const _Frame& frame)
 {
-    const UsdPrim& prim = frame.context.prim;
+    const UsdPrim& prim = frame.entry->context.prim;
     const bool isInstance = prim.IsInstance();
     // Boxes are joined in the space of the enclosing component, where they are tightest, and kept in the
     // prim's own.
     GfMatrix4d toComponent(1.0);
     bool hasBounds = false;
-    for (const _PrimContext& childContext : frame.children) {
-        const _Entry& child = _entries[childContext];
-        frame.entry->isVarying |= child.isVarying;
-        if (child.bboxes.empty() || !child.isComplete) {
+    for (const _Entry* const child : frame.children) {
+        frame.entry->isVarying |= child->isVarying;
+        if (child->bboxes.empty() || !child->isComplete) {
             continue;
         }
+        const UsdPrim& childPrim = child->context.prim;
         if (!hasBounds) {
             toComponent = _ctmCache.GetLocalToWorldTransform(prim) * frame.inverseComponentCtm;
             hasBounds = true;
         }
         bool resets = false;
         const GfMatrix4d childToComponent =
-            isInstance ? _ctmCache.GetLocalTransformation(childContext.prim, &resets) * toComponent
-                       : _ctmCache.GetLocalToWorldTransform(childContext.prim) * frame.inverseComponentCtm;
-        for (const auto& [purpose, bbox] : child.bboxes) {
+            isInstance ? _ctmCache.GetLocalTransformation(childPrim, &resets) * toComponent
+                       : _ctmCache.GetLocalToWorldTransform(childPrim) * frame.inverseComponentCtm;
+        for (const auto& [purpose, bbox] : child->bboxes) {
             GfBBox3d& joined = frame.entry->bboxes[purpose];
             const GfRange3d range = _Transformed(bbox, childToComponent).ComputeAlignedRange();
             joined.SetRange(GfRange3d(joined.GetRange()).UnionWith(range));

@@ -9,13 +9,14 @@ PXR_NAMESPACE_OPEN_SCOPE
 
 UsdGeomXformCache::_Entry* UsdGeomXformCache::_GetEntry(const UsdPrim& prim)
 {
-    const auto [it, isNew] = _entries.try_emplace(prim);
-    if (isNew) {
+    _Entry& entry = _entries.FindOrAdd(prim);
+    if (!entry.hasQuery) {
         if (const UsdGeomXformable xformable{prim}) {
-            it->second.query = UsdGeomXformable::XformQuery(xformable);
+            entry.query = UsdGeomXformable::XformQuery(xformable);
         }
+        entry.hasQuery = true;
     }
-    return &it->second;
+    return &entry;
 }
 
 const GfMatrix4d* UsdGeomXformCache::_GetCtm(const UsdPrim& prim)
@@ -104,15 +105,16 @@ void UsdGeomXformCache::SetTime(UsdTimeCode time)
     if (time == _time) {
         return;
     }
-    for (auto& [prim, entry] : _entries) {
+    _entries.ForEach([](_Entry& entry) {
         entry.ctmIsValid = false;
-    }
+        return true;
+    });
     _time = time;
 }
 
 void UsdGeomXformCache::Swap(UsdGeomXformCache& other)
 {
-    _entries.swap(other._entries);
+    _entries.Swap(other._entries);
     std::swap(_time, other._time);
 }
 

@@ -201,7 +201,8 @@ size_t UsdGeomXformOp::GetNumTimeSamples() const
 
 UsdAttribute UsdGeomXformOp::_GetXformOpAttr(const UsdPrim& prim, const TfToken& opName, bool* isInverseOp)
 {
-    *isInverseOp = TfStringStartsWith(opName.GetString(), kInvertPrefix + kPrefix);
+    static const std::string invertedPrefix = kInvertPrefix + kPrefix;
+    *isInverseOp = TfStringStartsWith(opName.GetString(), invertedPrefix);
     return prim.GetAttribute(*isInverseOp ? TfToken(opName.GetString().substr(kInvertPrefix.size()))
                                           : opName);
 }
