@@ -27,6 +27,7 @@ struct Registry
 {
     std::mutex mutex;
     std::map<TfType, Listeners> byType;
+    std::map<TfType, TfType> bases; // of the notice types that were sent
 
     static Registry& Get()
     {
@@ -80,6 +81,24 @@ List Find(const TfType& type, const void* senderId)
     }
     list.insert(list.end(), found->second.global.begin(), found->second.global.end());
     return list;
+}
+
+/// Returns the type that a notice type derives from, the root in the end.
+TfType BaseOf(const TfType& type)
+{
+    Registry& registry = Registry::Get();
+    {
+        const std::lock_guard<std::mutex> lock(registry.mutex);
+        const auto known = registry.bases.find(type);
+        if (known != registry.bases.end()) {
+            return known->second;
+        }
+    }
+    const std::vector<TfType> bases = type.GetBaseTypes();
+    const TfType base = bases.empty() ? TfType::GetRoot() : bases.front();
+    const std::lock_guard<std::mutex> lock(registry.mutex);
+    registry.bases.emplace(type, base);
+    return base;
 }
 
 } // namespace
@@ -151,7 +170,7 @@ size_t TfNotice::SendWithWeakBase(const TfWeakBase* sender, const void* senderUn
     const TfType noticeType = _TypeOf(typeid(*this));
     auto* const base = const_cast<TfWeakBase*>(sender);
     size_t delivered = 0;
-    for (TfType type = noticeType; !type.IsRoot();) {
+    for (TfType type = noticeType; !type.IsRoot(); type = BaseOf(type)) {
         for (const Listener& listener : Find(type, senderUniqueId)) {
             if (!listener->active.load(std::memory_order_acquire)) {
                 continue;
@@ -162,8 +181,6 @@ size_t TfNotice::SendWithWeakBase(const TfWeakBase* sender, const void* senderUn
                 Remove(listener);
             }
         }
-        const std::vector<TfType> bases = type.GetBaseTypes();
-        type = bases.empty() ? TfType::GetRoot() : bases.front();
     }
     return delivered;
 }

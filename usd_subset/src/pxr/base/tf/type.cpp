@@ -62,9 +62,24 @@ public:
 
     Info* FindByTypeid(std::type_info const& type) const
     {
-        const std::shared_lock<std::shared_mutex> lock(mutex);
-        const auto found = _byTypeid.find(type);
-        return found == _byTypeid.end() ? nullptr : found->second;
+        // What a thread once found stays so, since types are never forgotten.
+        struct Known
+        {
+            std::type_info const* type = nullptr;
+            Info* info = nullptr;
+        };
+        static constexpr size_t kKnown = 64;
+        thread_local Known t_known[kKnown];
+        Known& known = t_known[reinterpret_cast<uintptr_t>(&type) / alignof(std::type_info) % kKnown];
+        if (known.type != &type) {
+            const std::shared_lock<std::shared_mutex> lock(mutex);
+            const auto found = _byTypeid.find(type);
+            if (found == _byTypeid.end()) {
+                return nullptr;
+            }
+            known = {&type, found->second};
+        }
+        return known.info;
     }
 
     Info* Declare(std::string const& name, std::vector<TfType> bases)

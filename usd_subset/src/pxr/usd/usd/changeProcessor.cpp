@@ -211,10 +211,14 @@ SdfPathVector Usd_ChangeProcessor::_GetAffectedPaths(const SdfLayerHandle& layer
 {
     std::set<SdfPath> affected;
     const SdfPath plain = path.StripAllVariantSelections();
-    if (_stage.layerStack->HasLayer(get_pointer(layer))) {
+    const bool isLocal = _stage.layerStack->HasLayer(get_pointer(layer));
+    _stage.dependencies.FindAffected(get_pointer(layer), plain, withBelow, &affected);
+    if (isLocal && affected.empty()) {
+        return {_stage.GetPathInPrototype(plain)};
+    }
+    if (isLocal) {
         affected.insert(plain);
     }
-    _stage.dependencies.FindAffected(get_pointer(layer), plain, withBelow, &affected);
     // What instances share is told of their prototype.
     std::set<SdfPath> composed;
     for (const SdfPath& each : affected) {

@@ -4,7 +4,11 @@ PXR_NAMESPACE_OPEN_SCOPE
 
 void Usd_Dependencies::Add(const SdfPath& prim, const Usd_LayerStackPtr& layerStack, const SdfPath& site)
 {
-    if (_sites[layerStack][site].insert(prim).second) {
+    const auto [sites, isNew] = _sites.try_emplace(layerStack);
+    if (isNew) {
+        _AddStack(layerStack);
+    }
+    if (sites->second[site].insert(prim).second) {
         _byPrim[prim].emplace_back(layerStack, site);
     }
 }
@@ -21,6 +25,7 @@ void Usd_Dependencies::RemoveBelow(const SdfPath& prim)
                 sites.erase(prims);
             }
             if (sites.empty()) {
+                _RemoveStack(site.first);
                 _sites.erase(site.first);
             }
         }
@@ -28,8 +33,26 @@ void Usd_Dependencies::RemoveBelow(const SdfPath& prim)
     }
 }
 
+void Usd_Dependencies::_AddStack(const Usd_LayerStackPtr& layerStack)
+{
+    for (const Usd_LayerStack::Entry& entry : layerStack->GetEntries()) {
+        _stacks[get_pointer(entry.layer)].insert(layerStack);
+    }
+}
+
+void Usd_Dependencies::_RemoveStack(const Usd_LayerStackPtr& layerStack)
+{
+    for (const Usd_LayerStack::Entry& entry : layerStack->GetEntries()) {
+        const auto stacks = _stacks.find(get_pointer(entry.layer));
+        if (stacks != _stacks.end() && stacks->second.erase(layerStack) && stacks->second.empty()) {
+            _stacks.erase(stacks);
+        }
+    }
+}
+
 void Usd_Dependencies::Clear()
 {
+    _stacks.clear();
     _sites.clear();
     _byPrim.clear();
 }
@@ -37,11 +60,12 @@ void Usd_Dependencies::Clear()
 void Usd_Dependencies::FindAffected(const SdfLayer* layer, const SdfPath& path, bool withBelow,
                                     std::set<SdfPath>* affected) const
 {
-    for (const auto& entry : _sites) {
-        if (!entry.first->HasLayer(layer)) {
-            continue;
-        }
-        const _Sites& sites = entry.second;
+    const auto stacks = _stacks.find(layer);
+    if (stacks == _stacks.end()) {
+        return;
+    }
+    for (const Usd_LayerStackPtr& stack : stacks->second) {
+        const _Sites& sites = _sites.find(stack)->second;
         for (SdfPath prefix = path.GetPrimPath(); prefix.IsPrimPath(); prefix = prefix.GetParentPath()) {
             const auto found = sites.find(prefix);
             if (found != sites.end()) {
@@ -60,9 +84,10 @@ void Usd_Dependencies::FindAffected(const SdfLayer* layer, const SdfPath& path, 
 std::set<SdfPath> Usd_Dependencies::FindPrims(const SdfLayer* layer) const
 {
     std::set<SdfPath> prims;
-    for (const auto& entry : _sites) {
-        if (entry.first->HasLayer(layer)) {
-            for (const auto& site : entry.second) {
+    const auto stacks = _stacks.find(layer);
+    if (stacks != _stacks.end()) {
+        for (const Usd_LayerStackPtr& stack : stacks->second) {
+            for (const auto& site : _sites.find(stack)->second) {
                 prims.insert(site.second.begin(), site.second.end());
             }
         }
@@ -70,15 +95,7 @@ std::set<SdfPath> Usd_Dependencies::FindPrims(const SdfLayer* layer) const
     return prims;
 }
 
-bool Usd_Dependencies::HasLayer(const SdfLayer* layer) const
-{
-    for (const auto& entry : _sites) {
-        if (entry.first->HasLayer(layer)) {
-            return true;
-        }
-    }
-    return false;
-}
+bool Usd_Dependencies::HasLayer(const SdfLayer* layer) const { return _stacks.count(layer) != 0; }
 
 void Usd_Dependencies::CollectLayers(std::set<SdfLayerRefPtr>* layers) const
 {

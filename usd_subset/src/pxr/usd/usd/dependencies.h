@@ -7,6 +7,7 @@
 
 #include <map>
 #include <set>
+#include <unordered_map>
 #include <utility>
 #include <vector>
 
@@ -35,7 +36,11 @@ public:
 private:
     using _Sites = std::map<SdfPath, std::set<SdfPath>>; // to the prims
 
+    void _AddStack(const Usd_LayerStackPtr& layerStack);
+    void _RemoveStack(const Usd_LayerStackPtr& layerStack);
+
     std::map<Usd_LayerStackPtr, _Sites> _sites;
+    std::unordered_map<const SdfLayer*, std::set<Usd_LayerStackPtr>> _stacks; // of those, by layer
     std::map<SdfPath, std::vector<std::pair<Usd_LayerStackPtr, SdfPath>>> _byPrim;
 };
 

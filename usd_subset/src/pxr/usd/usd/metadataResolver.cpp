@@ -90,7 +90,7 @@ bool Usd_MetadataResolver::Get(const TfToken& field, const TfToken& keyPath, boo
         *value = Usd_ComposeListOps(opinions);
         return true;
     }
-    VtValue result = opinions.front();
+    VtValue result = std::move(opinions.front());
     for (size_t i = 1; i < opinions.size(); ++i) {
         mergeUnder(&result, opinions[i]);
     }

@@ -10,7 +10,7 @@
 #include <pxr/usd/usd/relationship.h>
 
 #include <algorithm>
-#include <unordered_set>
+#include <iterator>
 
 PXR_NAMESPACE_OPEN_SCOPE
 
@@ -33,13 +33,10 @@ void bringToFront(const TfTokenVector& order, TfTokenVector* names)
 
 TfTokenVector UsdPrim::_GetPropertyNames(bool onlyAuthored, const PropertyPredicateFunc& predicate) const
 {
-    std::unordered_set<TfToken, TfToken::HashFunctor> unique;
-    const auto add = [&](const TfTokenVector& names) {
-        for (const TfToken& name : names) {
-            if (!predicate || predicate(name)) {
-                unique.insert(name);
-            }
-        }
+    TfTokenVector names;
+    const auto add = [&](const TfTokenVector& more) {
+        std::copy_if(more.begin(), more.end(), std::back_inserter(names),
+                     [&predicate](const TfToken& name) { return !predicate || predicate(name); });
     };
     if (!onlyAuthored) {
         add(GetPrimDefinition().GetPropertyNames());
@@ -50,8 +47,8 @@ TfTokenVector UsdPrim::_GetPropertyNames(bool onlyAuthored, const PropertyPredic
             add(authored);
         }
     }
-    TfTokenVector names(unique.begin(), unique.end());
     std::sort(names.begin(), names.end(), TfDictionaryLessThan());
+    names.erase(std::unique(names.begin(), names.end()), names.end());
     return names;
 }
 

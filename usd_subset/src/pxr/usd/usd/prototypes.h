@@ -34,6 +34,7 @@ public:
     /// stale.
     void UnregisterBelow(const SdfPath& path);
 
+    bool HasInstances() const { return !_byInstance.empty(); }
     /// Null for prims that are no instances.
     const Usd_Prototype* FindForInstance(const SdfPath& instance) const;
     const Usd_Prototype* FindByPath(const SdfPath& prototype) const;

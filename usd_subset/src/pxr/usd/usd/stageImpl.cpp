@@ -190,7 +190,7 @@ SdfPath Usd_StageImpl::GetPathInPrototype(const SdfPath& path) const
 {
     SdfPath mapped = path;
     // Prototypes may hold instances: each round leads one prototype further in.
-    for (bool isMapped = true; isMapped;) {
+    for (bool isMapped = prototypes.HasInstances(); isMapped;) {
         isMapped = false;
         for (SdfPath above = mapped.GetPrimPath().GetParentPath(); above.IsPrimPath() && !isMapped;
              above = above.GetParentPath()) {
