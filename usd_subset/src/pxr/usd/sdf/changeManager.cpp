@@ -109,6 +109,9 @@ bool noteMeaning(SdfChangeList& list, const SdfLayerHandle& layer, const SdfPath
 {
     const auto& keys = *SdfFieldKeys;
     const auto& children = *SdfChildrenKeys;
+    if (field == keys.Default) {
+        return true; // the most frequent one
+    }
     if (field == keys.PrimOrder) {
         list.DidReorderPrims(path);
     } else if (field == children.PrimChildren || field == children.PropertyChildren) {

@@ -1,5 +1,6 @@
 #include <pxr/usd/usd/attribute.h>
 
+#include "pxr/usd/usd/propertySites.h"
 #include "pxr/usd/usd/specEditor.h"
 #include "pxr/usd/usd/stageImpl.h"
 #include "pxr/usd/usd/valueResolver.h"
@@ -28,8 +29,16 @@ bool UsdAttribute::SetVariability(SdfVariability variability) const
 
 SdfValueTypeName UsdAttribute::GetTypeName() const
 {
+    const Usd_PrimData& prim = *Usd_ObjectAccess::GetData(*this);
     TfToken name;
-    GetMetadata(SdfFieldKeys->TypeName, &name);
+    // The schema has the last word on the type of its attributes.
+    const auto builtin = prim.GetPrimDefinition().GetPropertyDefinition(_PropName());
+    if (!builtin || !builtin.GetMetadata(SdfFieldKeys->TypeName, &name)) {
+        Usd_PropertySites sites(prim, _PropName());
+        while (sites && !sites.GetLayer().HasField(sites.GetPath(), SdfFieldKeys->TypeName, &name)) {
+            ++sites;
+        }
+    }
     return SdfSchema::GetInstance().FindType(name);
 }
 
