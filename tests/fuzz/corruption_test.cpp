@@ -64,28 +64,11 @@ void corrupt(const std::string& seed, void (*run)(std::string_view), size_t step
 // Every tenth, a number that shares no factor with three flips a byte.
 constexpr size_t kSample = 10;
 
-std::vector<std::string> packageSeeds()
-{
-    const std::filesystem::path folder = std::filesystem::path(testing::TempDir());
-    std::vector<std::string> packages;
-    for (const size_t members : {1u, 3u}) {
-        const std::string path = (folder / ("seed" + std::to_string(members) + ".usdz")).string();
-        UsdZipFileWriter writer = UsdZipFileWriter::CreateNew(path);
-        for (size_t i = 0; i < members; ++i) {
-            writer.AddFile(seedPaths()[i].string(), "m" + std::to_string(i) + ".usda");
-        }
-        EXPECT_TRUE(writer.Save());
-        packages.push_back(readFile(path));
-        std::filesystem::remove(path);
-    }
-    return packages;
-}
-
-// Four of the text seeds as our own writer puts them into crate files.
+// Text seeds as our own writer puts them into crate files.
 std::vector<std::string> crateSeeds()
 {
     std::vector<std::string> crates;
-    for (const char* name : {"attr", "layer", "prim", "time"}) {
+    for (const char* name : {"attr", "layer", "prim", "time", "types"}) {
         const SdfLayerRefPtr layer =
             SdfLayer::OpenAsAnonymous((std::filesystem::path(VESK_FUZZ_SEEDS) / name).string() + ".usda");
         const std::string path = testing::TempDir() + "/seed_" + name + ".usdc";
@@ -96,20 +79,60 @@ std::vector<std::string> crateSeeds()
     return crates;
 }
 
+// Packages of text layers, and of a crate file beside one.
+std::vector<std::string> packageSeeds()
+{
+    const std::filesystem::path folder = std::filesystem::path(testing::TempDir());
+    const std::string crate = (folder / "member.usdc").string();
+    std::ofstream(crate, std::ios::binary) << crateSeeds()[1];
+    const std::string layer = seedPaths()[1].string();
+    const std::vector<std::vector<std::string>> members = {
+        {seedPaths()[0].string()}, {layer, seedPaths()[2].string(), seedPaths()[3].string()}, {crate, layer}};
+    std::vector<std::string> packages;
+    for (const std::vector<std::string>& files : members) {
+        const std::string path = (folder / "seed.usdz").string();
+        UsdZipFileWriter writer = UsdZipFileWriter::CreateNew(path);
+        for (const std::string& file : files) {
+            const std::string extension = std::filesystem::path(file).extension().string();
+            writer.AddFile(file, "m" + std::to_string(&file - files.data()) + extension);
+        }
+        EXPECT_TRUE(writer.Save());
+        packages.push_back(readFile(path));
+        std::filesystem::remove(path);
+    }
+    std::filesystem::remove(crate);
+    return packages;
+}
+
 } // namespace
 
 TEST(Corruption, AnywhereInTextEndsInOneErrorOrALayer)
 {
-    ASSERT_EQ(textSeeds().size(), 6u);
+    ASSERT_EQ(textSeeds().size(), 7u);
     for (const std::string& seed : textSeeds()) {
+        ASSERT_LE(seed.size(), 8192u);
         corrupt(seed, &vesk::fuzz::readTextLayer, 1);
+    }
+}
+
+TEST(Corruption, SampledInTextFilesEndsInOneErrorOrALayer)
+{
+    for (const std::string& seed : textSeeds()) {
+        corrupt(seed, &vesk::fuzz::readTextFile, kSample);
+    }
+}
+
+TEST(Corruption, DISABLED_AnywhereInTextFilesEndsInOneErrorOrALayer)
+{
+    for (const std::string& seed : textSeeds()) {
+        corrupt(seed, &vesk::fuzz::readTextFile, 1);
     }
 }
 
 TEST(Corruption, SampledInPackagesEndsInOneErrorOrALayer)
 {
-    ASSERT_EQ(packageSeeds().size(), 2u);
     for (const std::string& seed : packageSeeds()) {
+        ASSERT_LE(seed.size(), 8192u);
         corrupt(seed, &vesk::fuzz::readPackage, kSample);
     }
 }

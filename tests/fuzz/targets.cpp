@@ -15,12 +15,16 @@
 #include <pxr/usd/usdGeom/bboxCache.h>
 #include <pxr/usd/usdGeom/tokens.h>
 
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <fcntl.h>
+#include <iterator>
 #include <memory>
+#include <regex>
 #include <string>
 #include <unistd.h>
+#include <vector>
 
 PXR_NAMESPACE_USING_DIRECTIVE
 
@@ -57,17 +61,50 @@ void silence()
     static_cast<void>(silence);
 }
 
-// Takes the errors of a mark; there must be `expected` of them.
-void requireErrors(TfErrorMark& mark, size_t expected, const char* what)
+// Takes the texts of a mark's errors.
+std::vector<std::string> takeErrors(TfErrorMark& mark)
 {
-    size_t count = 0;
+    std::vector<std::string> texts;
     for (const TfError& error : mark) {
-        if (++count > expected) {
-            std::fprintf(stderr, "error %zu: %s\n", count, error.GetCommentary().c_str());
-        }
+        texts.push_back(error.GetCommentary());
     }
     mark.Clear();
-    require(count == expected, what);
+    return texts;
+}
+
+void require(bool condition, const char* what, const std::vector<std::string>& errors)
+{
+    for (size_t i = 0; !condition && i < errors.size(); ++i) {
+        std::fprintf(stderr, "error %zu: %s\n", i + 1, errors[i].c_str());
+    }
+    require(condition, what);
+}
+
+// A fault is told at its line and column, or at its byte; a file's member or the whole file has no place.
+bool tellsPlace(const std::string& error)
+{
+    static const std::regex place(":[1-9][0-9]*:[1-9][0-9]*: found |[ ,]byte [0-9]+: ");
+    static const char* const whole[] = {"the package holds no file",
+                                        "is no layer",
+                                        "it is encrypted",
+                                        "it is compressed",
+                                        "SPECS section: there is no spec of the root",
+                                        "packages that lie in more than"};
+    return std::regex_search(error, place) ||
+           std::any_of(std::begin(whole), std::end(whole),
+                       [&error](const char* text) { return error.find(text) != std::string::npos; });
+}
+
+// Each error names the file and a place in it, and there are no two alike.
+void requireClearErrors(std::vector<std::string> errors, const std::string& name)
+{
+    for (const std::string& error : errors) {
+        require(error.find(name) != std::string::npos, "an error does not name the file", {error});
+        require(tellsPlace(error), "an error does not tell where in the file it is", {error});
+    }
+    std::sort(errors.begin(), errors.end());
+    require(std::adjacent_find(errors.begin(), errors.end()) == errors.end(), "an error is told twice",
+            errors);
 }
 
 // A file with the bytes that is gone with the object. Its folder lies in memory where the system has one.
@@ -93,35 +130,21 @@ private:
     std::string m_path;
 };
 
-// Crate files give values when they are asked for, so all are.
-void readEveryField(const SdfLayerRefPtr& layer)
+// Crate files give values when they are asked for, so all are. Returns how many of them are not there.
+size_t readEveryField(const SdfLayerRefPtr& layer)
 {
+    size_t missing = 0;
     layer->Traverse(SdfPath::AbsoluteRootPath(), [&](const SdfPath& path) {
         for (const TfToken& field : layer->ListFields(path)) {
-            static_cast<void>(layer->GetField(path, field).GetHash());
+            const VtValue value = layer->GetField(path, field);
+            missing += value.IsEmpty() ? 1 : 0;
+            static_cast<void>(value.GetHash());
         }
     });
     for (const double time : layer->ListAllTimeSamples()) {
         static_cast<void>(time);
     }
-    std::string text;
-    layer->ExportToString(&text);
-}
-
-void readFile(std::string_view bytes, const std::string& extension)
-{
-    silence();
-    const TemporaryFile file(bytes, extension);
-    TfErrorMark mark;
-    const SdfLayerRefPtr layer = SdfLayer::OpenAsAnonymous(file.path());
-    // A binary layer may open although some of its values are bad; each of them is an error then.
-    if (!layer) {
-        requireErrors(mark, 1, "a file that cannot be read is not one error");
-    }
-    if (layer) {
-        readEveryField(layer);
-        mark.Clear();
-    }
+    return missing;
 }
 
 std::string textOf(const SdfLayerRefPtr& layer)
@@ -129,6 +152,28 @@ std::string textOf(const SdfLayerRefPtr& layer)
     std::string text;
     layer->ExportToString(&text);
     return text;
+}
+
+void readFile(std::string_view bytes, const std::string& extension)
+{
+    silence();
+    const TemporaryFile file(bytes, extension);
+    TfErrorMark mark;
+    // A binary layer may open although some of its values are bad; each of them is an error then.
+    if (const SdfLayerRefPtr layer = SdfLayer::FindOrOpen(file.path())) {
+        const size_t missing = readEveryField(layer);
+        const std::vector<std::string> errors = takeErrors(mark);
+        require(missing == 0 || !errors.empty(), "a value is missing without an error");
+        requireClearErrors(errors, file.path());
+        textOf(layer); // not all that a crate file can hold can be text
+        mark.Clear();
+        return;
+    }
+    const std::vector<std::string> errors = takeErrors(mark);
+    require(errors.size() == 1, "a file that cannot be read is not one error", errors);
+    requireClearErrors(errors, file.path());
+    require(!SdfLayer::Find(file.path()), "a layer that cannot be read stays behind");
+    require(SdfLayer::GetLoadedLayers().empty(), "a part of a layer that cannot be read stays behind");
 }
 
 } // namespace
@@ -139,8 +184,11 @@ void readTextLayer(std::string_view bytes)
     TfErrorMark mark;
     const SdfLayerRefPtr layer = SdfLayer::CreateAnonymous("fuzz.usda");
     const bool read = layer->ImportFromString(std::string(bytes));
-    requireErrors(mark, read ? 0 : 1, "a text is neither a layer nor one error");
+    const std::vector<std::string> errors = takeErrors(mark);
+    require(errors.size() == (read ? 0 : 1), "a text is neither a layer nor one error", errors);
     if (!read) {
+        requireClearErrors(errors, "<string>");
+        require(layer->IsEmpty(), "a text that cannot be read leaves something in the layer");
         return;
     }
     // Lists that edit nothing are left out by the first writing; from then on the text stays.
@@ -150,6 +198,8 @@ void readTextLayer(std::string_view bytes)
     require(copy->ImportFromString(text) && textOf(copy) == text, "what was written reads as something else");
     mark.Clear();
 }
+
+void readTextFile(std::string_view bytes) { readFile(bytes, ".usda"); }
 
 void readPathText(std::string_view bytes)
 {

@@ -18,6 +18,8 @@ struct Target
 
 /// Reads a text layer: one error or a layer, and a layer is written as text that reads as the same layer.
 void readTextLayer(std::string_view bytes);
+/// Reads a text layer from a file: one error or a layer.
+void readTextFile(std::string_view bytes);
 /// Parses a path: its text gives the same path, and its parents end at the root.
 void readPathText(std::string_view bytes);
 /// Reads a crate file: one error or a layer, all of whose fields can be had.

@@ -150,6 +150,34 @@ TEST(CrateErrors, IndicesAreChecked)
               std::string::npos);
 }
 
+TEST(CrateErrors, AssetPathsThatAreNoTextAreOneErrorWithTheirPlace)
+{
+    CrateBuilder inlined = withValue(CrateBuilder::Rep(12, 1, false, true));
+    inlined.tokens[1] = "\xff.png";
+    EXPECT_EQ(errorOf(inlined.Build()),
+              "the crate file is damaged: value, byte 0: an asset path is expected, but character 1 is no "
+              "valid UTF-8");
+    std::string array;
+    CrateBuilder::Put<uint32_t>(&array, 1);
+    CrateBuilder::Put<uint32_t>(&array, 2);
+    CrateBuilder::Put<uint32_t>(&array, 0);
+    CrateBuilder::Put<uint32_t>(&array, 0);
+    CrateBuilder many = withValue(CrateBuilder::Rep(12, 88, true));
+    many.tokens[1] = "a\nb";
+    many.Add(array);
+    EXPECT_EQ(errorsOfValues(many.Build()),
+              damaged("value, byte 100: an asset path is expected, but character 2 is control character 0xa"));
+    std::string references;
+    CrateBuilder::Put<uint8_t>(&references, 3);
+    CrateBuilder::Put<uint64_t>(&references, 1);
+    references += std::string(40, '\0');
+    CrateBuilder reference = withValue(CrateBuilder::Rep(35, 88));
+    reference.tokens[1] = "\x01";
+    reference.Add(references);
+    EXPECT_EQ(errorsOfValues(reference.Build()),
+              damaged("value, byte 101: an asset path is expected, but character 1 is control character 0x1"));
+}
+
 TEST(CrateErrors, PathTreesThatTurnBackAreFoundOut)
 {
     CrateBuilder builder;

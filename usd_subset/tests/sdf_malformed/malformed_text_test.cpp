@@ -58,6 +58,19 @@ TEST(MalformedText, IsReportedWithTheNameOfItsFile)
     }
 }
 
+TEST(MalformedText, WithADamagedFirstLineIsTakenForText)
+{
+    const TemporaryDirectory directory;
+    for (const char* line : {"#usda\x01 1.0\n", "#usda_1.0\n", "#usda", "#usd\n", ""}) {
+        const std::string path = directory.Write("bad.usda", line);
+        Errors errors;
+        EXPECT_FALSE(SdfLayer::FindOrOpen(path));
+        const std::vector<std::string> texts = errors.Take();
+        ASSERT_EQ(texts.size(), 1u) << line;
+        EXPECT_EQ(texts[0].substr(0, path.size() + 6), path + ":1:1: ") << line;
+    }
+}
+
 TEST(MalformedText, OfBytesThatAreNoTextSaysWhereTheyAre)
 {
     EXPECT_EQ(ErrorsOf("#usda 1.0\n\n# \xC3("),

@@ -45,7 +45,7 @@ bool Sdf_UsdaFileFormat::Read(SdfLayer* layer, const std::string& resolvedPath, 
         return Sdf_PostReadError(resolvedPath, whyNot);
     }
     const SdfFileFormatConstPtr other = Sdf_FindFormatByContent(text.substr(0, 8));
-    if (other && !Sdf_IsTextLayer(text)) {
+    if (other && other->GetFormatId() != GetFormatId()) {
         const std::string& format = other->GetFormatId().GetString();
         return Sdf_PostReadError(resolvedPath,
                                  "its content is " + format + ", not text; let its name end in ." + format);

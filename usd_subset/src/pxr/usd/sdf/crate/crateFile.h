@@ -112,7 +112,7 @@ private:
     void _CheckSpecs(const Tables& tables, const Sdf_CrateCursor& at) const;
     template <class Int>
     std::vector<Int> _ReadInts(Sdf_CrateCursor* cursor, uint64_t count);
-    void _PostOnce(Sdf_CrateRep rep, const std::string& text) const;
+    void _PostOnce(const std::string& text) const;
 
     std::string _name;
     Sdf_CrateLimits _limits;
@@ -126,7 +126,7 @@ private:
     std::unordered_map<uint64_t, Sdf_CrateTimes> _times;
 
     mutable std::mutex _mutex;
-    mutable std::unordered_set<uint64_t> _reported; // values whose error was posted
+    mutable std::unordered_set<std::string> _reported; // errors that were posted
 };
 
 PXR_NAMESPACE_CLOSE_SCOPE

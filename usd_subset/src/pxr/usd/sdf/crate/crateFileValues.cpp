@@ -13,9 +13,9 @@ VtValue Sdf_CrateFile::Unpack(Sdf_CrateRep rep) const
     try {
         return UnpackOrThrow(rep);
     } catch (const Sdf_CrateError& error) {
-        _PostOnce(rep, error.what());
+        _PostOnce(error.what());
     } catch (const std::exception& error) {
-        _PostOnce(rep, error.what());
+        _PostOnce(error.what());
     }
     return VtValue();
 }
@@ -26,17 +26,17 @@ VtValue Sdf_CrateFile::UnpackSample(const Sdf_CrateFileSamples& samples, size_t 
     try {
         _source.Copy(&bits, samples.reps + index * sizeof bits, sizeof bits);
     } catch (const Sdf_CrateError& error) {
-        _PostOnce(Sdf_CrateRep(), error.what());
+        _PostOnce(error.what());
         return VtValue();
     }
     return Unpack(Sdf_CrateRep(bits));
 }
 
-void Sdf_CrateFile::_PostOnce(Sdf_CrateRep rep, const std::string& text) const
+void Sdf_CrateFile::_PostOnce(const std::string& text) const
 {
     {
         const std::lock_guard<std::mutex> lock(_mutex);
-        if (!_reported.insert(rep.GetBits()).second) {
+        if (!_reported.insert(text).second) {
             return;
         }
     }

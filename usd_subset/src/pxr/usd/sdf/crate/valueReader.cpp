@@ -1,6 +1,7 @@
 #include "pxr/usd/sdf/crate/valueReader.h"
 
 #include "pxr/usd/sdf/crate/arrayReader.h"
+#include "pxr/usd/sdf/values/assetPathText.h"
 
 PXR_NAMESPACE_OPEN_SCOPE
 
@@ -80,7 +81,7 @@ T Sdf_CrateValueReader::_FromInlined(uint32_t bits)
     } else if constexpr (std::is_same_v<T, TfToken>) {
         return _file.TokenAt(bits, _cursor);
     } else if constexpr (std::is_same_v<T, SdfAssetPath>) {
-        return SdfAssetPath(_file.TokenAt(bits, _cursor).GetString());
+        return _AssetPath(_file.TokenAt(bits, _cursor).GetString());
     } else if constexpr (std::is_same_v<T, SdfSpecifier>) {
         return static_cast<T>(_Checked(bits, SdfNumSpecifiers, "specifier"));
     } else if constexpr (std::is_same_v<T, SdfPermission>) {
@@ -135,7 +136,16 @@ void Sdf_CrateValueReader::_Get(TfToken* value) { *value = _file.TokenAt(_cursor
 
 void Sdf_CrateValueReader::_Get(SdfPath* value) { *value = _file.PathAt(_cursor.Read<uint32_t>(), _cursor); }
 
-void Sdf_CrateValueReader::_Get(SdfAssetPath* value) { *value = SdfAssetPath(_Get<std::string>()); }
+void Sdf_CrateValueReader::_Get(SdfAssetPath* value) { *value = _AssetPath(_Get<std::string>()); }
+
+SdfAssetPath Sdf_CrateValueReader::_AssetPath(const std::string& path) const
+{
+    std::string whyNot;
+    if (!Sdf_IsAssetPathText(path, &whyNot)) {
+        _cursor.Fail("an asset path is expected, but " + whyNot);
+    }
+    return SdfAssetPath(path);
+}
 
 void Sdf_CrateValueReader::_Get(SdfTimeCode* value) { *value = SdfTimeCode(_cursor.Read<double>()); }
 
@@ -147,7 +157,7 @@ void Sdf_CrateValueReader::_Get(SdfLayerOffset* value)
 
 void Sdf_CrateValueReader::_Get(SdfReference* value)
 {
-    const std::string asset = _Get<std::string>();
+    const std::string asset = _AssetPath(_Get<std::string>()).GetAssetPath();
     const SdfPath prim = _Get<SdfPath>();
     const SdfLayerOffset offset = _Get<SdfLayerOffset>();
     *value = SdfReference(asset, prim, offset, _Get<VtDictionary>());
@@ -155,7 +165,7 @@ void Sdf_CrateValueReader::_Get(SdfReference* value)
 
 void Sdf_CrateValueReader::_Get(SdfPayload* value)
 {
-    const std::string asset = _Get<std::string>();
+    const std::string asset = _AssetPath(_Get<std::string>()).GetAssetPath();
     const SdfPath prim = _Get<SdfPath>();
     *value = SdfPayload(asset, prim,
                         _file.GetVersion() < kPayloadOffsets ? SdfLayerOffset() : _Get<SdfLayerOffset>());

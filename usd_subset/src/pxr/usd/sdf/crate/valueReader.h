@@ -58,6 +58,8 @@ private:
             return value;
         }
     }
+    /// Throws Sdf_CrateError where the text can be no asset path.
+    SdfAssetPath _AssetPath(const std::string& path) const;
     void _Get(std::string* value);
     void _Get(TfToken* value);
     void _Get(SdfPath* value);

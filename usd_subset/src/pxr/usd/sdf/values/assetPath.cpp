@@ -1,10 +1,12 @@
-#include <pxr/usd/sdf/assetPath.h>
+#include "pxr/usd/sdf/values/assetPathText.h"
 
 #include <pxr/base/tf/diagnostic.h>
 #include <pxr/base/tf/registryManager.h>
+#include <pxr/base/tf/stringUtils.h>
 #include <pxr/base/tf/type.h>
 #include <pxr/base/tf/unicodeUtils.h>
 #include <pxr/base/vt/array.h>
+#include <pxr/usd/sdf/assetPath.h>
 
 #include <ostream>
 
@@ -22,25 +24,34 @@ bool IsControl(uint32_t codePoint) { return codePoint < 0x20 || (0x7f <= codePoi
 
 bool CheckText(const std::string& path)
 {
+    std::string whyNot;
+    if (!Sdf_IsAssetPathText(path, &whyNot)) {
+        TF_CODING_ERROR("Invalid asset path string -- %s", whyNot.c_str());
+        return false;
+    }
+    return true;
+}
+
+} // namespace
+
+bool Sdf_IsAssetPathText(const std::string& path, std::string* whyNot)
+{
     const char* at = path.c_str();
     const char* end = at + path.size();
     for (int number = 1; at != end; ++number) {
         const char* first = at;
         const uint32_t codePoint = Tf_NextCodePoint(&at, end);
         if (codePoint == Tf_invalidCodePoint && std::string(first, at) != "\xef\xbf\xbd") {
-            TF_CODING_ERROR("Invalid asset path string -- character %d is no valid UTF-8", number);
+            *whyNot = TfStringPrintf("character %d is no valid UTF-8", number);
             return false;
         }
         if (IsControl(codePoint)) {
-            TF_CODING_ERROR("Invalid asset path string -- character %d is control character 0x%x", number,
-                            codePoint);
+            *whyNot = TfStringPrintf("character %d is control character 0x%x", number, codePoint);
             return false;
         }
     }
     return true;
 }
-
-} // namespace
 
 SdfAssetPath::SdfAssetPath(const std::string& path) : SdfAssetPath(path, std::string()) {}
 
