@@ -14,10 +14,11 @@ void Usd_Prototypes::Register(const SdfPath& instance, const Usd_PrimIndex& inde
         prototype = std::make_unique<Usd_Prototype>();
         prototype->key = key;
         prototype->path = SdfPath(TfStringPrintf("/__Prototype_%zu", ++_lastNumber));
+        _byPath[prototype->path] = prototype.get();
     }
     if (prototype->source.IsEmpty()) {
         prototype->source = instance;
-        prototype->isStale = true;
+        _MakeStale(prototype.get());
     }
     prototype->instances.insert(instance);
     _byInstance[instance] = prototype.get();
@@ -31,7 +32,7 @@ void Usd_Prototypes::UnregisterBelow(const SdfPath& path)
         prototype.instances.erase(entry->first);
         if (prototype.source == entry->first) {
             prototype.source = SdfPath();
-            prototype.isStale = true;
+            _MakeStale(&prototype);
         }
         entry = _byInstance.erase(entry);
     }
@@ -45,12 +46,14 @@ const Usd_Prototype* Usd_Prototypes::FindForInstance(const SdfPath& instance) co
 
 const Usd_Prototype* Usd_Prototypes::FindByPath(const SdfPath& path) const
 {
-    for (const auto& entry : _prototypes) {
-        if (entry.second->path == path) {
-            return entry.second.get();
-        }
-    }
-    return nullptr;
+    const auto found = _byPath.find(path);
+    return found == _byPath.end() ? nullptr : found->second;
+}
+
+void Usd_Prototypes::_MakeStale(Usd_Prototype* prototype)
+{
+    prototype->isStale = true;
+    _stale.push_back(prototype->key);
 }
 
 std::vector<const Usd_Prototype*> Usd_Prototypes::GetAll() const
@@ -68,6 +71,7 @@ SdfPathVector Usd_Prototypes::TakeUnused()
     for (auto entry = _prototypes.begin(); entry != _prototypes.end();) {
         if (entry->second->instances.empty()) {
             paths.push_back(entry->second->path);
+            _byPath.erase(entry->second->path);
             entry = _prototypes.erase(entry);
         } else {
             ++entry;
@@ -78,15 +82,17 @@ SdfPathVector Usd_Prototypes::TakeUnused()
 
 const Usd_Prototype* Usd_Prototypes::TakeStale()
 {
-    for (const auto& entry : _prototypes) {
-        Usd_Prototype& prototype = *entry.second;
-        if (prototype.isStale && !prototype.instances.empty()) {
-            prototype.isStale = false;
-            if (prototype.source.IsEmpty()) {
-                prototype.source = *prototype.instances.begin();
-            }
-            return &prototype;
+    for (; !_stale.empty(); _stale.pop_front()) {
+        const auto found = _prototypes.find(_stale.front());
+        if (found == _prototypes.end() || !found->second->isStale || found->second->instances.empty()) {
+            continue; // composed or removed meanwhile
         }
+        Usd_Prototype& prototype = *found->second;
+        prototype.isStale = false;
+        if (prototype.source.IsEmpty()) {
+            prototype.source = *prototype.instances.begin();
+        }
+        return &prototype;
     }
     return nullptr;
 }

@@ -6,6 +6,7 @@
 #include <pxr/usd/sdf/path.h>
 #include <pxr/usd/usd/primData.h>
 
+#include <deque>
 #include <map>
 #include <memory>
 #include <set>
@@ -49,10 +50,13 @@ public:
     static Usd_PrimIndexPtr MakeSharedIndex(const Usd_PrimIndex& index);
 
 private:
+    void _MakeStale(Usd_Prototype* prototype);
     static std::string _MakeKey(const Usd_PrimIndex& sharedIndex);
 
     std::map<std::string, std::unique_ptr<Usd_Prototype>> _prototypes; // by key
     std::map<SdfPath, Usd_Prototype*> _byInstance;
+    std::map<SdfPath, Usd_Prototype*> _byPath;
+    std::deque<std::string> _stale; // keys, each at least as often as its prototype is stale
     std::size_t _lastNumber = 0;
 };
 
