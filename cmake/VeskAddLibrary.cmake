@@ -1,5 +1,6 @@
 # One shape for every library: names of targets, macros and test binaries follow from the folder.
 include(GenerateExportHeader)
+include(VeskPkgConfig)
 
 # vesk/framework/usd_viewport -> framework/usd_viewport, vesk_framework_usd_viewport, framework_usd_viewport
 macro(_vesk_names)
@@ -9,13 +10,15 @@ macro(_vesk_names)
     string(REGEX REPLACE "^vesk/" "" _inner "${_path}")
 endmacro()
 
-# vesk_add_library(HEADERS ... SOURCES ... PUBLIC ... PRIVATE ... [INCLUDE_ROOT dir])
+# vesk_add_library(DESCRIPTION "..." HEADERS ... SOURCES ... PUBLIC ... PRIVATE ...)
 #
 # HEADERS are the public ones, relative to include/<path>/: a header becomes public by being named here.
 # PUBLIC and PRIVATE are link dependencies. A library without SOURCES is an interface library.
+# DESCRIPTION is one line for packagers.
 function(vesk_add_library)
-    cmake_parse_arguments(PARSE_ARGV 0 ARG "" "" "HEADERS;SOURCES;PUBLIC;PRIVATE")
+    cmake_parse_arguments(PARSE_ARGV 0 ARG "" "DESCRIPTION" "HEADERS;SOURCES;PUBLIC;PRIVATE")
     _vesk_names()
+    vesk_check_headers(${ARG_HEADERS})
     list(TRANSFORM ARG_HEADERS PREPEND "include/${_path}/")
     if(NOT ARG_SOURCES)
         add_library(${_target} INTERFACE)
@@ -28,7 +31,12 @@ function(vesk_add_library)
         vesk_compile_settings(${_target})
         set(export_header "${CMAKE_CURRENT_BINARY_DIR}/generated/${_path}/export.h")
         string(TOUPPER "${_target}" macro_base)
-        generate_export_header(${_target} BASE_NAME ${macro_base} EXPORT_FILE_NAME "${export_header}")
+        set(provider_check "")
+        if(NOT _path STREQUAL "vesk/base")
+            set(provider_check "${VESK_USD_PROVIDER_CHECK}")
+        endif()
+        generate_export_header(${_target} BASE_NAME ${macro_base} EXPORT_FILE_NAME "${export_header}"
+            CUSTOM_CONTENT_FROM_VARIABLE provider_check)
         target_include_directories(${_target}
             PUBLIC
                 $<BUILD_INTERFACE:${CMAKE_CURRENT_SOURCE_DIR}/include>
@@ -45,7 +53,7 @@ function(vesk_add_library)
         endif()
         set_target_properties(${_target} PROPERTIES
             VERSION ${PROJECT_VERSION} SOVERSION ${PROJECT_VERSION_MAJOR}.${PROJECT_VERSION_MINOR}
-            INSTALL_RPATH "$ORIGIN" BUILD_WITH_INSTALL_RPATH OFF)
+            INSTALL_RPATH "$ORIGIN" INSTALL_RPATH_USE_LINK_PATH ON BUILD_WITH_INSTALL_RPATH OFF)
         install(FILES "${export_header}" DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}/${_path}")
     endif()
     add_library(vesk::${_short} ALIAS ${_target})
@@ -55,6 +63,7 @@ function(vesk_add_library)
     endif()
     install(TARGETS ${_target} EXPORT vesk-targets
         LIBRARY DESTINATION "${CMAKE_INSTALL_LIBDIR}" ARCHIVE DESTINATION "${CMAKE_INSTALL_LIBDIR}")
+    vesk_add_pkg_config(${_target} DESCRIPTION "${ARG_DESCRIPTION}" PUBLIC ${ARG_PUBLIC})
 endfunction()
 
 # vesk_add_tests(SOURCES ... [LIBRARIES ...] [NAME suffix] [LABELS ...])
@@ -94,6 +103,7 @@ function(vesk_check_headers)
         return()
     endif()
     _vesk_names()
+    set(sources "")
     foreach(header IN LISTS ARGN)
         set(source "${CMAKE_CURRENT_BINARY_DIR}/headers/${header}.cpp")
         file(CONFIGURE OUTPUT "${source}" CONTENT "#include <@_path@/@header@>\n#include <@_path@/@header@>\n" @ONLY)

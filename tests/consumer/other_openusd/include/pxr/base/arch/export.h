@@ -1,0 +1,4 @@
+#ifndef PXR_BASE_ARCH_EXPORT_H
+#define PXR_BASE_ARCH_EXPORT_H
+#define ARCH_EXPORT
+#endif

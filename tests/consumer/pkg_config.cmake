@@ -1,0 +1,27 @@
+# Every pkg-config file of the prefix is sound, and what they say together builds and runs a host.
+file(GLOB files "${PREFIX}/lib*/pkgconfig/*.pc")
+list(LENGTH files count)
+if(count LESS 10)
+    message(FATAL_ERROR "only ${count} pkg-config files lie in ${PREFIX}")
+endif()
+list(GET files 0 folder)
+get_filename_component(folder "${folder}" DIRECTORY)
+set(ENV{PKG_CONFIG_PATH} "${folder}")
+foreach(file IN LISTS files)
+    get_filename_component(name "${file}" NAME_WE)
+    execute_process(COMMAND "${PKG_CONFIG}" --validate ${name} COMMAND_ERROR_IS_FATAL ANY)
+    execute_process(COMMAND "${PKG_CONFIG}" --modversion ${name} OUTPUT_VARIABLE version COMMAND_ERROR_IS_FATAL ANY)
+    string(STRIP "${version}" version)
+    if(NOT version STREQUAL VERSION)
+        message(FATAL_ERROR "${name} says that it is version ${version}, and it is ${VERSION}")
+    endif()
+endforeach()
+
+execute_process(COMMAND "${PKG_CONFIG}" --cflags --libs vesk_framework_usd_viewport vesk_renderers_embree
+    OUTPUT_VARIABLE flags COMMAND_ERROR_IS_FATAL ANY)
+separate_arguments(flags UNIX_COMMAND "${flags}")
+separate_arguments(HOST_FLAGS UNIX_COMMAND "${HOST_FLAGS}")
+file(MAKE_DIRECTORY "${OUT}")
+execute_process(COMMAND "${COMPILER}" -std=c++17 ${HOST_FLAGS} -o "${OUT}/host" "${SOURCE}" ${flags}
+    "-Wl,-rpath,${PREFIX}/lib" COMMAND_ERROR_IS_FATAL ANY)
+execute_process(COMMAND "${OUT}/host" "${SCENE}" "${OUT}/picture.png" COMMAND_ERROR_IS_FATAL ANY)
