@@ -44,7 +44,7 @@ function(vesk_add_pkg_config TARGET)
         set(libs "-L\${libdir} -l${TARGET}")
     endif()
     if(NOT ARG_DESCRIPTION)
-        message(FATAL_ERROR "vesk_add_library() of ${TARGET} needs a DESCRIPTION of one line.")
+        set(ARG_DESCRIPTION "A library of vesk")
     endif()
     _vesk_write_pkg_config(${TARGET} DESCRIPTION "${ARG_DESCRIPTION}" REQUIRES "${requires}"
         CFLAGS "-I\${includedir}" LIBS "${libs}")

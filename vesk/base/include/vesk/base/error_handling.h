@@ -14,6 +14,7 @@ namespace vesk::base::error_handling {
 class VESK_BASE_EXPORT Exception : public std::system_error
 {
 public:
+    /// what() is the message of the code.
     explicit Exception(std::error_code code);
 
     /// what() is "detail: message of the code".

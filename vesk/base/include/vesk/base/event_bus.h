@@ -25,6 +25,7 @@ namespace vesk::base {
 class VESK_BASE_EXPORT EventBus
 {
 public:
+    /// What is called with each event; it knows an event by the type that the std::any holds.
     using Listener = std::function<void(const std::any&)>;
 
     EventBus();

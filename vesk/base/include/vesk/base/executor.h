@@ -13,6 +13,7 @@ namespace vesk::base {
 class VESK_BASE_EXPORT WorkNode
 {
 public:
+    /// Does the work.
     virtual void run() noexcept = 0;
 
     /// The work will never run: whoever waits for it is told "broken promise".
@@ -38,13 +39,16 @@ class Work
 {
 public:
     Work() = default;
+    /// Takes over a node.
     explicit Work(WorkNode* node) : m_node(node) {}
 
     /// Wraps a callable. An exception that leaves it is logged.
     template <class F, class = std::enable_if_t<std::is_invocable_v<std::decay_t<F>&>>>
     explicit Work(F&& function);
 
+    /// Takes over other work, which is empty afterwards.
     Work(Work&& other) noexcept : m_node(other.release()) {}
+    /// Takes over other work; the work before is abandoned.
     Work& operator=(Work&& other) noexcept
     {
         Work(std::move(other)).swap(*this);
@@ -55,6 +59,7 @@ public:
         if (m_node) m_node->abandon();
     }
 
+    /// True while there is work.
     explicit operator bool() const { return m_node != nullptr; }
 
     /// Runs the work and leaves this empty; does nothing when empty.
@@ -66,6 +71,7 @@ public:
     /// Gives the node to a queue of its own, which then calls run() or abandon() on it.
     WorkNode* release() noexcept { return std::exchange(m_node, nullptr); }
 
+    /// Exchanges the work of two objects.
     void swap(Work& other) noexcept { std::swap(m_node, other.m_node); }
 
 private:

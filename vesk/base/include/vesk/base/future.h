@@ -50,16 +50,19 @@ template <class T>
 class Future
 {
 public:
+    /// The type of the result, void for a bare end.
     using ValueType = T;
 
     /// A future without shared state.
     Future() = default;
 
+    /// True unless the future is empty.
     bool valid() const noexcept { return static_cast<bool>(m_state); }
 
     /// True when the value or the error is there.
     bool isReady() const { return _state().isComplete(); }
 
+    /// Blocks until the value or the error is there.
     void wait() const { _state().wait(); }
 
     /// Waits at most that long; returns isReady().
@@ -85,6 +88,7 @@ public:
             return std::move(_state().value());
     }
 
+    /// Waits, then returns or rethrows the error.
     template <class U = T>
     std::enable_if_t<std::is_void_v<U>> get() const
     {
@@ -98,6 +102,7 @@ public:
         return _state().error();
     }
 
+    /// The executor that continuations run on unless they name one.
     const ExecutorPtr& executor() const { return _state().executor(); }
 
     /// Runs f with the value (without arguments for void) and yields the future of what f returns. When this
@@ -107,6 +112,7 @@ public:
     {
         return then(executor(), std::forward<F>(f));
     }
+    /// The same on an executor.
     template <class F>
     Future<detail::ThenResultOf<T, F>> then(ExecutorPtr on, F&& f) const;
 
@@ -117,6 +123,7 @@ public:
     {
         return recover(executor(), std::forward<F>(f));
     }
+    /// The same on an executor.
     template <class F>
     Future<detail::RecoverResultOf<T, F>> recover(ExecutorPtr on, F&& f) const;
 

@@ -18,6 +18,7 @@ enum class FutureErrorCode : int
 class VESK_BASE_EXPORT FutureError : public std::system_error
 {
 public:
+    /// Makes the error of a code.
     explicit FutureError(FutureErrorCode code);
     FutureError(const FutureError&) = default;
     FutureError& operator=(const FutureError&) = default;

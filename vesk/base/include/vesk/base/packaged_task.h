@@ -62,12 +62,14 @@ class PackagedTask<R(Args...)>
 public:
     PackagedTask() = default;
 
+    /// A task that runs the callable; continuations of its future run on the executor unless they name one.
     template <class F, class = std::enable_if_t<!std::is_same_v<std::decay_t<F>, PackagedTask>>>
     explicit PackagedTask(F&& function, ExecutorPtr executor = defaultExecutor())
         : m_state(new detail::CallableTaskState<std::decay_t<F>, R, Args...>(std::move(executor),
                                                                              std::forward<F>(function)))
     {}
     PackagedTask(PackagedTask&& other) noexcept = default;
+    /// Takes over another task; the one before is destroyed, run or not.
     PackagedTask& operator=(PackagedTask&& other) noexcept
     {
         PackagedTask(std::move(other))._swap(*this);
@@ -80,6 +82,7 @@ public:
         m_state->completeWithError(detail::brokenPromise());
     }
 
+    /// True unless the task is empty or was moved from.
     bool valid() const noexcept { return static_cast<bool>(m_state); }
 
     /// The future, any number of times, also after the run. Throws: FutureError "no state" when empty.

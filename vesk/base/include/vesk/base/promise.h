@@ -23,6 +23,7 @@ public:
         : m_state(new detail::State<T>(std::move(executor)))
     {}
     Promise(Promise&& other) noexcept = default;
+    /// Takes over another promise; the one before dies.
     Promise& operator=(Promise&& other) noexcept
     {
         Promise(std::move(other))._swap(*this);
@@ -33,6 +34,7 @@ public:
         if (m_state && m_state->claim()) m_state->completeWithError(detail::brokenPromise());
     }
 
+    /// True unless the promise was moved from.
     bool valid() const noexcept { return static_cast<bool>(m_state); }
 
     /// The future, any number of times. Throws: FutureError "no state" after a move.

@@ -25,6 +25,7 @@ template <class T>
 class Result
 {
 public:
+    /// A success.
     Result(T value) : m_value(std::move(value)) {}
 
     /// A failure. A code of value 0 would be a success without a value and becomes GenericError::Unknown.
@@ -34,6 +35,7 @@ public:
 
     /// True until the value was taken, false for a failure.
     bool hasValue() const { return m_code.value() == 0; }
+    /// The same as hasValue().
     explicit operator bool() const { return hasValue(); }
 
     /// The stored code as it is: value 0 while there is a value, kConsumedResultCode once it was taken.

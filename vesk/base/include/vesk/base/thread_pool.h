@@ -34,6 +34,7 @@ public:
     /// An executor of one lane. It may outlive the pool; it abandons what is posted then. Thread: any.
     const ExecutorPtr& executor(Priority priority = Priority::Normal) const;
 
+    /// How many threads the pool has.
     unsigned threadCount() const;
 
     /// Blocks until nothing is queued and nothing runs. Thread: any that is not of this pool.

@@ -17,6 +17,7 @@ namespace vesk::base {
 class VESK_BASE_EXPORT UndoLabelRegistry
 {
 public:
+    /// The one registry of the process.
     static UndoLabelRegistry& getInstance() noexcept;
 
     /// Registers a label and returns the text to use, which is the display text. Registering a key again

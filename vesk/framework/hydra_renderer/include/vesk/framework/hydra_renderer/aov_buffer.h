@@ -22,9 +22,9 @@ enum class AovFormat : int
 /// The bytes are shared and never change after the buffer was handed out.
 struct VESK_FRAMEWORK_HYDRA_RENDERER_EXPORT AovBuffer
 {
-    PXR_NS::GfVec2i size{0, 0}; ///< width and height in physical pixels
-    int channels = 0;           ///< values per pixel
-    AovFormat format = AovFormat::UNorm8;
+    PXR_NS::GfVec2i size{0, 0};                             ///< width and height in physical pixels
+    int channels = 0;                                       ///< values per pixel
+    AovFormat format = AovFormat::UNorm8;                   ///< the type of each value
     std::shared_ptr<const std::vector<std::uint8_t>> bytes; ///< width * height * channels values, or null
 };
 

@@ -28,16 +28,21 @@ struct VESK_FRAMEWORK_HYDRA_RENDERER_EXPORT RendererCreateInfo
     /// The document's bus as it was at creation. It dies with the document, so a renderer sends its events on
     /// the bus of the document that it holds locked at that moment.
     vesk::base::EventBus* eventBus = nullptr;
+    /// The document to show.
     std::shared_ptr<vesk::framework::usd_document::UsdDocument> document;
+    /// The graphics context that the host lends; null without one.
     std::shared_ptr<HWContext> hwContext;
     std::string rendererId; ///< the registered id, never empty
+    /// Settings by name; a renderer ignores those that it does not know.
     std::vector<vesk::usd::utils::Param<PXR_NS::VtValue>> settings;
-    PXR_NS::GfVec2i renderSize{0, 0}; ///< physical pixels
-    unsigned int viewportId = 0;
-    bool enableSceneMaterials = true;
-    bool enableColorCorrection = true;
-    bool enableAsyncRendering = true;
+    PXR_NS::GfVec2i renderSize{0, 0};  ///< physical pixels
+    unsigned int viewportId = 0;       ///< goes into every FrameRenderedEvent
+    bool enableSceneMaterials = true;  ///< whether the scene's own materials are used
+    bool enableColorCorrection = true; ///< whether colour is encoded for display
+    bool enableAsyncRendering = true;  ///< whether frames are refined after their first image
+    /// Called with samples done, fraction done and whether the frame is converged; false cancels the frame.
     std::function<bool(int, float, bool)> progressCallback;
+    /// Called after each image with whether it is converged.
     std::function<void(bool)> afterRenderCallback;
 };
 

@@ -25,11 +25,13 @@ enum class DocumentError : int
 class VESK_FRAMEWORK_USD_DOCUMENT_EXPORT DocumentException : public base::error_handling::Exception
 {
 public:
+    /// Makes an exception of a code and the sentence that what() returns.
     DocumentException(DocumentError error, std::string sentence);
     DocumentException(const DocumentException&) = default;
     DocumentException& operator=(const DocumentException&) = default;
     ~DocumentException() override;
 
+    /// The sentence.
     const char* what() const noexcept override;
 
 private:

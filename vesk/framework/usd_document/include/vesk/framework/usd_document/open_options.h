@@ -11,26 +11,29 @@ namespace vesk::framework::usd_document {
 /// How far a document is loaded.
 struct LoadProgress
 {
+    /// The steps of a load, in their order.
     enum class Phase
     {
         Checking,        ///< Looks at the file.
         ReadingLayers,   ///< Reads the root layer and its sublayers; done counts layers.
         Composing,       ///< Builds the stage.
         LoadingPayloads, ///< Loads payloads; done and total count them.
-        Finished,
+        Finished,        ///< The document is there.
     };
 
-    Phase phase = Phase::Checking;
-    std::size_t done = 0;
-    std::size_t total = 0; ///< What is known so far; it can grow while layers name further layers.
-    std::string item;      ///< The layer or prim that is loaded now.
+    Phase phase = Phase::Checking; ///< The step that goes on.
+    std::size_t done = 0;          ///< What the step has done so far.
+    std::size_t total = 0;         ///< What is known so far; it can grow while layers name further layers.
+    std::string item;              ///< The layer or prim that is loaded now.
 };
 
 /// Asks a load to stop. Copies ask the same load. Thread: any.
 class LoadCancellation
 {
 public:
+    /// Asks the load to stop; it ends with the error Cancelled at its next step.
     void cancel() const noexcept { m_cancelled->store(true); }
+    /// Whether cancel() was called on this object or a copy.
     bool isCancelled() const noexcept { return m_cancelled->load(); }
 
 private:

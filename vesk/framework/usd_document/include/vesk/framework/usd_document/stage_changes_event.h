@@ -15,7 +15,9 @@ namespace vesk::framework::usd_document {
 /// whose ancestor was recomposed or moved is named too, so that whoever follows a camera notices.
 struct VESK_FRAMEWORK_USD_DOCUMENT_EXPORT StageChangesEvent
 {
+    /// Paths in no order.
     using PathSet = std::unordered_set<PXR_NS::SdfPath, PXR_NS::SdfPath::Hash>;
+    /// Paths in the order of their first change.
     using PathList = std::vector<PXR_NS::SdfPath>;
 
     /// Prims that appeared, vanished or were recomposed, with all that lies beneath them.
@@ -37,6 +39,7 @@ struct VESK_FRAMEWORK_USD_DOCUMENT_EXPORT StageChangesEvent
     StageChangesEvent& operator=(StageChangesEvent&&) noexcept;
     ~StageChangesEvent();
 
+    /// True when nothing changed.
     bool isEmpty() const
     {
         return resyncedPrimPaths.empty() && changedPropertyPaths.empty() && infoChangedPrimPaths.empty() &&

@@ -36,7 +36,6 @@ enum class TaskType : int
     Edit = 1, ///< Records what the task authors under the task's label, so that it can be undone.
 };
 
-/// How a document runs.
 struct DocumentOptions;
 
 /// Owns a stage and everything that happens to it: reads and edits are queued as tasks and run one after
@@ -58,6 +57,7 @@ struct DocumentOptions;
 class VESK_FRAMEWORK_USD_DOCUMENT_EXPORT UsdDocument : public std::enable_shared_from_this<UsdDocument>
 {
 public:
+    /// What a task receives.
     using ExecContext = DocumentExecContext;
 
     /// A unit of work. Destroyed unrun when the document drops it.
@@ -76,31 +76,36 @@ public:
     /// What is told about a task when it is queued.
     struct TaskRecord
     {
-        TaskType type;
-        const std::string& label;
-        const PXR_NS::UsdStagePtr& stage;
-        const std::variant<PXR_NS::UsdEditTarget, std::string>& editTarget;
+        TaskType type;                    ///< read or edit
+        const std::string& label;         ///< as it was given
+        const PXR_NS::UsdStagePtr& stage; ///< the stage that the task works on
+        const std::variant<PXR_NS::UsdEditTarget, std::string>& editTarget; ///< as it was given
     };
+    /// Called with each task that is queued.
     using TaskObserver = std::function<void(const TaskRecord&)>;
 
     // Making a document.
 
     /// A document on a new stage in memory.
     static std::shared_ptr<UsdDocument> create(const DocumentOptions& options);
+    /// A document with a task thread on a new stage in memory.
     static std::shared_ptr<UsdDocument> create();
 
     /// A document on a stage that the host opened; from now on only tasks may touch it.
     static std::shared_ptr<UsdDocument> attach(PXR_NS::UsdStageRefPtr stage, const DocumentOptions& options);
+    /// The same with a task thread.
     static std::shared_ptr<UsdDocument> attach(PXR_NS::UsdStageRefPtr stage);
 
     /// Opens a file on the calling thread. Throws: DocumentException, and leaves nothing behind.
     static std::shared_ptr<UsdDocument> open(const std::string& path, const OpenOptions& how,
                                              const DocumentOptions& options);
+    /// The same with a task thread.
     static std::shared_ptr<UsdDocument> open(const std::string& path, const OpenOptions& how = {});
 
     /// The same on the default pool; failures travel in the future.
     static base::Future<std::shared_ptr<UsdDocument>>
     openAsync(const std::string& path, const OpenOptions& how, const DocumentOptions& options);
+    /// The same with a task thread.
     static base::Future<std::shared_ptr<UsdDocument>> openAsync(const std::string& path,
                                                                 const OpenOptions& how = {});
 
@@ -150,6 +155,7 @@ public:
     /// what is posted from now on is dropped too. No event is sent afterwards. Called by a task of the
     /// document it does not wait. The stage itself is released with the document.
     void close();
+    /// True once close() was called.
     bool isClosed() const;
 
     // Undo.
@@ -157,10 +163,12 @@ public:
     /// Queues taking back the newest recorded edit; true when there was one. Undo and redo follow the tasks
     /// that were queued before them.
     base::Future<bool> undo();
+    /// Queues bringing back what the newest undo took back; true when there was something.
     base::Future<bool> redo();
 
-    /// The labels of what can be undone and redone, next one first.
+    /// The labels of what can be undone, next one first.
     std::vector<std::string> undoLabels() const;
+    /// The labels of what can be redone, next one first.
     std::vector<std::string> redoLabels() const;
 
     /// Edits queued between the two calls become one entry with this label. Calls nest; the outermost label
@@ -174,6 +182,7 @@ public:
 
     // The queue.
 
+    /// True when the document has no thread of its own.
     bool isManual() const;
 
     /// Manual mode: runs queued tasks, also those that they queue, until none is left; returns how many ran.
@@ -230,6 +239,7 @@ private:
     std::shared_ptr<DocumentCore> m_core;
 };
 
+/// How a document runs.
 struct DocumentOptions
 {
     /// No task thread: the host calls runPendingTasks().
@@ -246,9 +256,12 @@ template <class F>
 class UsdDocument::FTask final : public UsdDocument::Task
 {
 public:
+    /// The type of the work's value.
     using Result = std::decay_t<std::invoke_result_t<F&, const ExecContext&>>;
+    /// The work with its future.
     using Packaged = base::PackagedTask<Result(const ExecContext&)>;
 
+    /// A task of a document, which outlives it.
     FTask(UsdDocument* document, Packaged task) : m_document(document), m_task(std::move(task)) {}
 
     void run() override

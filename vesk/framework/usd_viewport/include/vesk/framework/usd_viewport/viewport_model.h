@@ -61,6 +61,7 @@ enum class ViewDirection : std::int32_t
 struct VESK_FRAMEWORK_USD_VIEWPORT_EXPORT ViewportCameraChangedEvent
 {
     ViewportCameraChangedEvent() = default;
+    /// The event of a viewport of a document.
     ViewportCameraChangedEvent(std::string document, std::uint32_t viewport)
         : documentId(std::move(document)), viewportId(viewport)
     {}
@@ -170,19 +171,18 @@ public:
 
     /// Where edits of the followed camera go. Each queued edit carries the target of its moment.
     const PXR_NS::UsdEditTarget& getEditTarget() const;
+    /// Sends later edits of the followed camera to another target; a null one is the stage's own.
     void setEditTarget(const PXR_NS::UsdEditTarget& editTarget);
 
-    // Render settings: given on to the renderer
-
+    /// Gives a setting on to the renderer: what it means stands at HydraRenderer's operation of that name.
+    /// @{
     void setDrawMode(const PXR_NS::TfToken& mode);
     void setClearColor(const PXR_NS::GfVec4f& color);
     void setColorCorrectionMode(const PXR_NS::TfToken& mode);
     void setPostProcessingDebugMode(const PXR_NS::TfToken& mode);
     void setPresentationModeEnabled(bool enabled);
-    /// \param window x, y, width, height in physical pixels
     void setTiledRenderWindow(const PXR_NS::GfVec4i& window);
     void setGridEnabled(bool enabled);
-    /// \param thickness physical pixels
     void setGridThickness(float thickness);
     void setGridAboveColor(const PXR_NS::GfVec4f& color);
     void setGridBelowColor(const PXR_NS::GfVec4f& color);
@@ -191,25 +191,25 @@ public:
     void setSelectionColor(const PXR_NS::GfVec4f& color);
     void setSelectionPaths(const std::vector<PXR_NS::SdfPath>& paths);
     void setAfterRenderCallback(const std::function<void(bool)>& callback);
-    /// \param thickness physical pixels
     void setOutlineThickness(float thickness);
     void setCameraFitPolicy(PXR_NS::CameraUtilConformWindowPolicy policy);
+    void setRenderSelectionVisualization(bool enabled);
+    /// @}
 
     /// Shows proxy geometry (true) or render geometry (false); also chooses what the next bounds count.
     void setRenderProxyGeometry(bool enabled);
-    void setRenderSelectionVisualization(bool enabled);
 
     // Sizes
 
     /// Sets the logical size of the picture; the renderer gets it times the ratio, rounded towards zero. The
     /// values already set change nothing.
     void setRenderSize(const int (&size)[2], float devicePixelRatio);
-    const int (&renderSize() const)[2];
+    const int (&renderSize() const)[2]; ///< returns the logical width and height of the picture
 
     /// Sets the logical size of the widget; the renderer is not told.
     void setViewportSize(const int (&size)[2]);
-    const int (&viewportSize() const)[2];
-    const int (&viewportSize())[2];
+    const int (&viewportSize() const)[2]; ///< returns the logical width and height of the widget
+    const int (&viewportSize())[2];       ///< returns the logical width and height of the widget
 
     /// Physical pixels per logical pixel.
     float devicePixelRatio() const;
@@ -219,6 +219,7 @@ public:
 
     // Frames: the renderer's own futures
 
+    /// Renders one frame, see HydraRenderer::renderFrame().
     vesk::base::Future<vesk::framework::hydra_renderer::HydraRenderJobResult>
     renderHydraFrame(const vesk::framework::hydra_renderer::RenderParameters& parameters);
 
@@ -226,6 +227,7 @@ public:
     vesk::base::Future<void> captureHydraFrame(const std::filesystem::path& path, const PXR_NS::TfToken& aov,
                                                bool transparentBackground,
                                                std::optional<PXR_NS::GfVec4f> clearColor, int samples);
+    /// Writes several outputs of one frame to files, see HydraRenderer::captureFrames().
     vesk::base::Future<void>
     captureHydraFrames(const std::vector<vesk::framework::hydra_renderer::AovCaptureRequest>& requests,
                        bool transparentBackground);
@@ -235,10 +237,12 @@ public:
     /// Vertical field of view in degrees where a camera has none of its own; 45 at first. Class-wide, no
     /// lock.
     static float defaultVerticalFieldOfView();
+    /// Sets the default field of view in degrees; any number is kept. Class-wide, no lock.
     static void setDefaultVerticalFieldOfView(float degrees);
 
     /// How new viewports fit the camera's window into the picture. Class-wide, no lock.
     static PXR_NS::CameraUtilConformWindowPolicy defaultCameraFitPolicy();
+    /// Sets the fit policy of viewports that are made from now on. Class-wide, no lock.
     static void setDefaultCameraFitPolicy(PXR_NS::CameraUtilConformWindowPolicy policy);
 
     /// Returns the viewport camera. Another thread may change what the reference shows: see
@@ -267,7 +271,7 @@ public:
 
     /// Whether the scene's up axis is Z. A new value counts from the next gesture on. Thread: any.
     bool zUp() const;
-    void setZUp(bool zUp);
+    void setZUp(bool zUp); ///< sets the up axis: Z (true) or Y (false). Thread: any.
 
     // Navigation
     // Pointer motion is in logical render pixels, x to the right and y down. Motion of exactly zero does
@@ -303,11 +307,11 @@ public:
 
     /// Distance from the camera to the pivot along the view axis, in stage units. Thread: any.
     float distanceToCenter() const;
-    void setDistanceToCenter(float distanceToCenter);
+    void setDistanceToCenter(float distanceToCenter); ///< in stage units; any number is kept. Thread: any.
 
     /// Size of manipulators, cut to 0.1 to 3.
     float gizmoScaleMultiplier() const;
-    void setGizmoScaleMultiplier(float value);
+    void setGizmoScaleMultiplier(float value); ///< sets the size of manipulators, cut to 0.1 to 3
 
     // Framing and stage cameras: document tasks
     // The future ends when the task has run, with its error when it failed.
@@ -355,6 +359,7 @@ public:
     // Picking
     // Points and radii are in logical viewport pixels, (0, 0) at the top left.
 
+    /// Finds what lies nearest to a point, see HydraRenderer::singlePointPicking().
     vesk::base::Future<vesk::framework::hydra_renderer::PickingResult> singlePointPicking(float x, float y,
                                                                                           float pickRadius);
 
@@ -373,6 +378,7 @@ public:
 
     // Lighting
 
+    /// Returns the lighting as it was set.
     const LightingModel& lighting() const;
 
     /// Keeps the lighting and gives it to the renderer. After a failure the model already has the new values.
@@ -382,15 +388,15 @@ public:
     /// Gives the current lighting to the renderer again.
     void resetLighting();
 
-    // Class-wide values
+    // Class-wide values: what the operations of the same names return
 
-    static float m_defaultVerticalFieldOfView;
-    static PXR_NS::CameraUtilConformWindowPolicy m_defaultCameraFitPolicy;
+    static float m_defaultVerticalFieldOfView;                             ///< in degrees
+    static PXR_NS::CameraUtilConformWindowPolicy m_defaultCameraFitPolicy; ///< of new viewports
+    static const float kGizmoScaleMin; ///< the least size of manipulators: 0.1
+    static const float kGizmoScaleMax; ///< the largest size of manipulators: 3
 
-    static const float kGizmoScaleMin;
-    static const float kGizmoScaleMax;
-
-    // Undo labels as the registry returned them when the library was loaded, in the order of registration.
+    /// A label's text as the registry returned it when the library was loaded, in the order of registration.
+    /// @{
     static const std::string m_cameraAdjustUpDirectionUndoLabel;
     static const std::string m_cameraCopyFromPathUndoLabel;
     static const std::string m_cameraFrameBackViewUndoLabel;
@@ -416,6 +422,7 @@ public:
     static const std::string m_cameraUpdateUndoLabel;
     static const std::string m_cameraZoomUndoLabel;
     static const std::string m_matchEnvironmentLightUndoLabel;
+    /// @}
 
 private:
     // The bodies of the document tasks.

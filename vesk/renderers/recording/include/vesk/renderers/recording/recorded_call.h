@@ -74,19 +74,19 @@ using RecordedValue = std::variant<
 /// One argument of a recorded call by its name in the interface.
 struct RecordedArgument
 {
-    const char* name;
-    RecordedValue value;
+    const char* name;    ///< its name in the interface
+    RecordedValue value; ///< what was given
 };
 
 /// One call of a renderer's operation.
 struct RecordedCall
 {
-    Operation operation = Operation::Create;
+    Operation operation = Operation::Create; ///< which operation it was
     const char* op = ""; ///< the operation's name: "create", "destroy", "setDocument", ...
-    std::vector<RecordedArgument> arguments;
-    std::thread::id thread;     ///< the thread that called
-    std::uint64_t sequence = 0; ///< its place in the log's sequence
-    unsigned int viewportId = 0;
+    std::vector<RecordedArgument> arguments; ///< in the order of the declaration
+    std::thread::id thread;                  ///< the thread that called
+    std::uint64_t sequence = 0;              ///< its place in the log's sequence
+    unsigned int viewportId = 0;             ///< the viewport whose renderer was called
 
     /// The value of an argument. Throws: `std::out_of_range` for an unknown name, `std::bad_variant_access`
     /// for another type.

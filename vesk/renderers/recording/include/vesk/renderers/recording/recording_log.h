@@ -40,6 +40,7 @@ public:
 
     /// Returns the calls and forgets them.
     std::vector<RecordedCall> takeCalls();
+    /// Forgets the calls.
     void clear();
 
     /// The names of the calls since the last `takeCalls` or `clear`.
@@ -62,16 +63,24 @@ public:
 
     // Answers.
 
+    /// Answers at once (false) or when an operation below says so (true).
     void setHandFed(bool enabled);
 
-    /// Ends the oldest open future of its kind; false when there is none.
+    /// Ends the oldest open pick; false when there is none.
     bool answerPick(const framework::hydra_renderer::PickingResult& result);
+    /// Ends the oldest open pick with an error; false when there is none.
     bool failPick(std::exception_ptr error);
+    /// Ends the oldest open colour pick; false when there is none.
     bool answerColorPick(const PXR_NS::GfVec4f& color);
+    /// Ends the oldest open colour pick with an error; false when there is none.
     bool failColorPick(std::exception_ptr error);
+    /// Ends the oldest open capture; false when there is none.
     bool answerCapture();
+    /// Ends the oldest open capture with an error; false when there is none.
     bool failCapture(std::exception_ptr error);
+    /// Ends the oldest open frame; false when there is none.
     bool answerFrame(const framework::hydra_renderer::HydraRenderJobResult& result);
+    /// Ends the oldest open frame with an error; false when there is none.
     bool failFrame(std::exception_ptr error);
 
     /// How many futures are open.

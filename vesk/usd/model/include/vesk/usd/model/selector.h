@@ -24,6 +24,7 @@ public:
         : m_path(std::move(path)), m_instanceIndex(instanceIndex)
     {}
 
+    /// The prim or instancer, empty when nothing is selected.
     const PXR_NS::SdfPath& path() const { return m_path; }
 
     /// The instance, nothing when the whole prim is selected.
@@ -43,6 +44,7 @@ private:
 /// Hashes a Selector for the unordered containers; equal selectors hash equally.
 struct SelectorHash
 {
+    /// Returns the hash of a selector.
     std::size_t operator()(const Selector& selector) const
     {
         const std::size_t path = PXR_NS::SdfPath::Hash()(selector.path());
