@@ -31,3 +31,8 @@ add_custom_command(OUTPUT "${VESK_REFERENCE_DIR}/complete"
     DEPENDS ${_headers} "${VESK_REFERENCE_DIR}/Doxyfile"
     COMMENT "Writing the reference to ${VESK_REFERENCE_DIR}/html" VERBATIM)
 add_custom_target(docs DEPENDS "${VESK_REFERENCE_DIR}/complete")
+if(BUILD_TESTING)
+    add_test(NAME docs/TheReferenceHasNoWarnings
+        COMMAND ${DOXYGEN_EXECUTABLE} "${VESK_REFERENCE_DIR}/Doxyfile")
+    set_tests_properties(docs/TheReferenceHasNoWarnings PROPERTIES LABELS docs)
+endif()

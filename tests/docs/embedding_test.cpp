@@ -134,7 +134,7 @@ protected:
     static void runUntil(HostLoop& loop, F holds)
     {
         while (!holds())
-            loop.runPosted();
+            loop.runOnce();
     }
 
     static std::unique_ptr<ViewportModel> makeViewport(const std::shared_ptr<UsdDocument>& document)
