@@ -244,6 +244,10 @@ TEST_F(Packages, ThatAreDamagedAreOneErrorEach)
         errorOf("cut.usdz", whole.substr(0, 70)),
         "the package is damaged: byte 0: a file of 24 bytes is announced, but the package ends after 40 "
         "bytes");
+    std::string name = whole;
+    name[31] = '\0';
+    EXPECT_EQ(errorOf("name.usdz", name),
+              "the package is damaged: byte 0: the name of a file holds a NUL byte");
     std::string sizes = whole;
     sizes[22] = 1;
     EXPECT_EQ(errorOf("sizes.usdz", sizes), "the package is damaged: byte 0: a stored file has two sizes");

@@ -72,6 +72,9 @@ bool readEntry(const ArAsset& asset, const FileHeader& header, uint64_t* offset,
     if (asset.Read(entry->name.data(), entry->name.size(), *offset + kFixedSize) != entry->name.size()) {
         return fail(whyNot, *offset, "the name of a file cannot be read");
     }
+    if (entry->name.find('\0') != std::string::npos) {
+        return fail(whyNot, *offset, "the name of a file holds a NUL byte");
+    }
     entry->dataOffset = *offset + kFixedSize + names;
     entry->size = header.Size();
     entry->plainSize = header.PlainSize();
