@@ -7,17 +7,22 @@ PXR_NAMESPACE_OPEN_SCOPE
 
 namespace {
 
-constexpr std::size_t kSlabSize = std::size_t(32)
-                                  << 10; // and its alignment: a block's address tells its slab
+// A slab's size is its alignment, too: a block's address tells its slab.
+constexpr std::size_t kSlabSize = std::size_t(32) << 10;
 constexpr std::size_t kHeaderSize = 64;
 
 // The address sanitizer sees the use of freed blocks only where each is allocated on its own.
+constexpr bool kEachOnItsOwn =
 #if defined(__SANITIZE_ADDRESS__)
-constexpr bool kEachOnItsOwn = true;
+    true;
 #elif defined(__has_feature)
-constexpr bool kEachOnItsOwn = __has_feature(address_sanitizer);
+#if __has_feature(address_sanitizer)
+    true;
 #else
-constexpr bool kEachOnItsOwn = false;
+    false;
+#endif
+#else
+    false;
 #endif
 
 struct FreeBlock
