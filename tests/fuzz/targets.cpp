@@ -86,6 +86,7 @@ bool tellsPlace(const std::string& error)
     static const std::regex place(":[1-9][0-9]*:[1-9][0-9]*: found |[ ,]byte [0-9]+: ");
     static const char* const whole[] = {"the package holds no file",
                                         "is no layer",
+                                        "not text; let its name end in",
                                         "it is encrypted",
                                         "it is compressed",
                                         "SPECS section: there is no spec of the root",
