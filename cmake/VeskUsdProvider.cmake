@@ -69,8 +69,11 @@ if(VESK_USD_PROVIDER_FOUND STREQUAL "installed")
     get_target_property(_vesk_usd_libraries vesk_openusd INTERFACE_LINK_LIBRARIES)
     list(TRANSFORM _vesk_usd_libraries REPLACE "(.+)" "$<TARGET_FILE:\\1>" OUTPUT_VARIABLE _vesk_usd_files)
     list(JOIN _vesk_usd_files " " _vesk_usd_files)
+    set(_vesk_usd_includes "$<REMOVE_DUPLICATES:$<TARGET_PROPERTY:usd,INTERFACE_INCLUDE_DIRECTORIES>>")
+    set(_vesk_usd_includes "$<FILTER:${_vesk_usd_includes},EXCLUDE,^/usr/include$>")
     _vesk_write_pkg_config(vesk_openusd DESCRIPTION "The OpenUSD that vesk was built on"
-        CFLAGS "-I$<JOIN:$<TARGET_PROPERTY:usd,INTERFACE_INCLUDE_DIRECTORIES>, -I>" LIBS "${_vesk_usd_files}")
+        # As system headers: hosts are spared the warnings in them.
+        CFLAGS "-isystem $<JOIN:${_vesk_usd_includes}, -isystem >" LIBS "${_vesk_usd_files}")
     # OpenUSD 24.11's headers still include <ext/hash_map>, which GCC reports with a #warning.
     target_compile_options(vesk_openusd INTERFACE $<BUILD_INTERFACE:-Wno-cpp>)
     set(VESK_USD_DESCRIPTION "installed OpenUSD ${PXR_VERSION}")
