@@ -11,7 +11,8 @@
 PXR_NAMESPACE_OPEN_SCOPE
 
 /// Translates paths and times between the place where opinions are written (the source) and the place where
-/// they take effect (the target). Paths under none of the source paths do not translate.
+/// they take effect (the target). Paths under none of the source paths do not translate; nor do those under a
+/// source path whose target is empty. No two paths translate to the same one.
 class VESK_USD_API Usd_PathMapping
 {
 public:
@@ -22,8 +23,8 @@ public:
     Usd_PathMapping(std::vector<Pair> pairs, const SdfLayerOffset& offset);
 
     bool IsIdentity() const { return IsIdentityPathMapping() && _offset.IsIdentity(); }
-    bool IsIdentityPathMapping() const { return _pairs.size() == 1 && _pairs[0] == Pair(_Root(), _Root()); }
-    bool HasRootIdentity() const;
+    bool IsIdentityPathMapping() const { return _pairs.size() == 1 && HasRootIdentity(); }
+    bool HasRootIdentity() const { return !_pairs.empty() && _pairs.front() == Pair(_Root(), _Root()); }
 
     /// The path at the other end; empty when there is none.
     SdfPath MapSourceToTarget(const SdfPath& path) const { return _Map(path, false); }
@@ -31,6 +32,9 @@ public:
 
     /// The mapping that first applies inner, then this one.
     Usd_PathMapping Compose(const Usd_PathMapping& inner) const;
+    Usd_PathMapping GetInverse() const;
+    /// The mapping that also leaves paths as they are which it would not translate.
+    Usd_PathMapping AddRootIdentity() const;
 
     /// Source time to target time.
     const SdfLayerOffset& GetTimeOffset() const { return _offset; }
@@ -45,8 +49,9 @@ public:
 private:
     static const SdfPath& _Root() { return SdfPath::AbsoluteRootPath(); }
     SdfPath _Map(const SdfPath& path, bool inverse) const;
+    void _Simplify();
 
-    std::vector<Pair> _pairs; // sorted, without pairs that others imply
+    std::vector<Pair> _pairs; // shorter source paths first, without pairs that others imply
     SdfLayerOffset _offset;
 };
 

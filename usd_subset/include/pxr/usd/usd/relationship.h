@@ -35,7 +35,8 @@ private:
         : UsdProperty(objType, prim, proxyPrimPath, propName)
     {}
 
-    bool _GetForwardedTargets(SdfPathSet* visited, SdfPathSet* unique, SdfPathVector* targets) const;
+    bool _GetForwardedTargets(SdfPathSet* visited, SdfPathSet* unique, SdfPathVector* targets,
+                              bool* hasErrors) const;
 };
 
 PXR_NAMESPACE_CLOSE_SCOPE

@@ -74,6 +74,8 @@ void Usd_ChangeProcessor::_ProcessEntry(const SdfLayerHandle& layer, const SdfPa
 void Usd_ChangeProcessor::_ProcessRootEntry(const SdfLayerHandle& layer, const _Entry& entry)
 {
     bool isSignificant = entry.flags.didReplaceContent || entry.flags.didChangeIdentifier ||
+                         entry.HasInfoChange(SdfFieldKeys->LayerRelocates) ||
+                         entry.HasInfoChange(SdfFieldKeys->ExpressionVariables) ||
                          _ChangesOffsets(entry) || _ChangesRate(entry);
     for (const auto& change : entry.subLayerChanges) {
         // An empty layer takes part without changing anything.

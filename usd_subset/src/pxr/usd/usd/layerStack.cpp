@@ -4,6 +4,7 @@
 
 #include <pxr/base/tf/stringUtils.h>
 #include <pxr/usd/sdf/layerUtils.h>
+#include <pxr/usd/sdf/variableExpression.h>
 
 #include <algorithm>
 
@@ -26,9 +27,11 @@ struct Usd_LayerStack::Loading
 };
 
 Usd_LayerStack::Usd_LayerStack(const SdfLayerRefPtr& rootLayer, const SdfLayerRefPtr& sessionLayer,
-                               const std::set<std::string>& mutedLayers, const Warn& warn)
+                               const Usd_LayerStack* referrer, const std::set<std::string>& mutedLayers,
+                               const Warn& warn)
     : _rootLayer(rootLayer), _sessionLayer(sessionLayer)
 {
+    _ComposeVariables(referrer);
     Loading loading{mutedLayers, warn, {}, false};
     const double rootRate = rootLayer->GetTimeCodesPerSecond();
     _timeCodesPerSecond = rootRate;
@@ -50,6 +53,37 @@ Usd_LayerStack::Usd_LayerStack(const SdfLayerRefPtr& rootLayer, const SdfLayerRe
             "The layers below @%s@ include each other more than %zu times; the rest was left out.",
             rootLayer->GetIdentifier().c_str(), kMaxEntries));
     }
+    std::vector<const SdfLayer*> layers;
+    for (const Entry& entry : _entries) {
+        layers.push_back(get_pointer(entry.layer));
+    }
+    _relocates = Usd_Relocates(layers, warn);
+}
+
+void Usd_LayerStack::_ComposeVariables(const Usd_LayerStack* referrer)
+{
+    _variables = _rootLayer->GetExpressionVariables();
+    if (_sessionLayer) {
+        VtDictionaryOver(_sessionLayer->GetExpressionVariables(), &_variables);
+    }
+    if (!referrer) {
+        return;
+    }
+    VtDictionaryOver(referrer->_variables, &_variables);
+    if (_variables == referrer->_variables) {
+        _variablesSource = referrer->_variablesSource;
+    }
+}
+
+std::string Usd_LayerStack::Evaluate(const std::string& text, std::string* why) const
+{
+    if (!SdfVariableExpression::IsExpression(text)) {
+        return text;
+    }
+    const SdfVariableExpression::Result result =
+        SdfVariableExpression(text).EvaluateTyped<std::string>(_variables);
+    *why = TfStringJoin(result.errors, " ");
+    return result.value.GetWithDefault<std::string>();
 }
 
 bool Usd_LayerStack::_SessionSetsRate(const SdfLayerRefPtr& session, const SdfLayerRefPtr& root)
@@ -96,11 +130,17 @@ void Usd_LayerStack::_AddSublayer(const SdfLayerRefPtr& layer, const std::string
                                   SdfLayerOffset sublayerOffset, const SdfLayerOffset& offset,
                                   double timeCodesPerSecond, Loading& loading)
 {
-    const std::string fullPath = SdfComputeAssetPathRelativeToLayer(layer, path);
-    if (path.empty() || loading.mutedLayers.count(fullPath)) {
+    std::string why;
+    const std::string evaluated = Evaluate(path, &why);
+    if (!why.empty()) {
+        loading.warn(TfStringPrintf("Sublayer @%s@ of @%s@ was left out: %s", path.c_str(),
+                                    layer->GetIdentifier().c_str(), why.c_str()));
+    }
+    const std::string fullPath =
+        evaluated.empty() ? evaluated : SdfComputeAssetPathRelativeToLayer(layer, evaluated);
+    if (evaluated.empty() || loading.mutedLayers.count(fullPath)) {
         return;
     }
-    std::string why;
     const SdfLayerRefPtr sublayer = Usd_OpenLayer(fullPath, &why);
     const char* const from = layer->GetIdentifier().c_str();
     if (!sublayer) {

@@ -58,7 +58,13 @@ VtValueVector Usd_MetadataResolver::_GetOpinions(const TfToken& field, const TfT
         VtValue opinion;
         if (readField(*layer, sites.GetPath(), field, keyPath, &opinion)) {
             Usd_ApplyLayerOffset(sites.GetOffset(), &opinion);
-            Usd_ResolveAssetPaths(SdfLayerHandle(&sites.GetLayer()), stage.resolverContext, &opinion);
+            Usd_ResolveAssetPaths(
+                SdfLayerHandle(&sites.GetLayer()), stage.resolverContext,
+                [&](const std::string& text) {
+                    return Usd_EvaluateExpression(*sites.GetNode().layerStack, text, sites.GetLayer(),
+                                                  sites.GetPath());
+                },
+                &opinion);
             opinions.push_back(std::move(opinion));
             if (firstOnly || (!opinions.back().IsHolding<VtDictionary>() && !Usd_IsListOp(opinions.back()))) {
                 break; // nothing weaker counts
@@ -200,7 +206,10 @@ TfTokenVector Usd_MetadataResolver::_ListFields(bool useFallbacks) const
         const TfTokenVector builtin = _prim->GetPrimDefinition().ListPropertyMetadataFields(_name);
         fields.insert(fields.end(), builtin.begin(), builtin.end());
     }
-    Usd_AddRequiredFields(type, &fields);
+    // Prims without specs, as relocates make them, have no field.
+    if (type != SdfSpecTypePrim || _prim->GetPrimIndex().HasSpecs()) {
+        Usd_AddRequiredFields(type, &fields);
+    }
     fields.erase(std::remove_if(fields.begin(), fields.end(), &Usd_IsPrivateField), fields.end());
     std::sort(fields.begin(), fields.end(), TfDictionaryLessThan());
     fields.erase(std::unique(fields.begin(), fields.end()), fields.end());

@@ -6,24 +6,63 @@ PXR_NAMESPACE_OPEN_SCOPE
 
 namespace {
 
-const SdfPath& end(const Usd_PathMapping::Pair& pair, bool ofTarget)
+using Pair = Usd_PathMapping::Pair;
+
+const SdfPath& end(const Pair& pair, bool ofTarget) { return ofTarget ? pair.second : pair.first; }
+
+bool isBefore(const Pair& a, const Pair& b)
 {
-    return ofTarget ? pair.second : pair.first;
+    const size_t lengthA = a.first.GetPathElementCount();
+    const size_t lengthB = b.first.GetPathElementCount();
+    return lengthA != lengthB ? lengthA < lengthB : a.first < b.first;
 }
 
 // The pair with the longest prefix of a path; null when there is none.
-const Usd_PathMapping::Pair* bestMatch(const std::vector<Usd_PathMapping::Pair>& pairs, const SdfPath& path,
-                                       bool byTarget)
+const Pair* bestMatch(const std::vector<Pair>& pairs, const SdfPath& path, bool byTarget)
 {
-    const Usd_PathMapping::Pair* best = nullptr;
-    for (const Usd_PathMapping::Pair& pair : pairs) {
+    const Pair* best = nullptr;
+    for (const Pair& pair : pairs) {
         const SdfPath& prefix = end(pair, byTarget);
-        if (path.HasPrefix(prefix) &&
-            (!best || prefix.GetPathElementCount() > end(*best, byTarget).GetPathElementCount())) {
+        if (!prefix.IsEmpty() && path.HasPrefix(prefix) &&
+            (!best || prefix.GetPathElementCount() >= end(*best, byTarget).GetPathElementCount())) {
             best = &pair;
         }
     }
     return best;
+}
+
+SdfPath mapWith(const std::vector<Pair>& pairs, const SdfPath& path, bool inverse, const Pair** match)
+{
+    *match = bestMatch(pairs, path, inverse);
+    if (!*match || end(**match, !inverse).IsEmpty()) {
+        return SdfPath();
+    }
+    return path.ReplacePrefix(end(**match, inverse), end(**match, !inverse), false);
+}
+
+// Whether another pair leads back to elsewhere from where a match leads to.
+bool isHidden(const std::vector<Pair>& pairs, const SdfPath& mapped, const Pair* match, bool inverse)
+{
+    return bestMatch(pairs, mapped, !inverse) != match;
+}
+
+// Whether the pairs do without one of them what they do with it.
+bool isImplied(const std::vector<Pair>& pairs, const Pair& pair)
+{
+    if (pair.first.IsAbsoluteRootPath()) {
+        return false;
+    }
+    // What maps the parent of the source would map the source, too.
+    const Pair* match = nullptr;
+    const SdfPath parent = mapWith(pairs, pair.first.GetParentPath(), false, &match);
+    if (parent.IsEmpty()) {
+        return pair.second.IsEmpty();
+    }
+    const SdfPath mapped = pair.first.ReplacePrefix(match->first, match->second, false);
+    if (pair.second.IsEmpty()) {
+        return isHidden(pairs, mapped, match, false);
+    }
+    return mapped == pair.second && !isHidden(pairs, parent, match, false);
 }
 
 } // namespace
@@ -35,13 +74,21 @@ Usd_PathMapping::Usd_PathMapping(const SdfLayerOffset& offset)
 Usd_PathMapping::Usd_PathMapping(std::vector<Pair> pairs, const SdfLayerOffset& offset)
     : _pairs(std::move(pairs)), _offset(offset)
 {
-    std::sort(_pairs.begin(), _pairs.end());
-    _pairs.erase(std::unique(_pairs.begin(), _pairs.end()), _pairs.end());
+    _Simplify();
 }
 
-bool Usd_PathMapping::HasRootIdentity() const
+void Usd_PathMapping::_Simplify()
 {
-    return std::count(_pairs.begin(), _pairs.end(), Pair(_Root(), _Root())) != 0;
+    std::stable_sort(_pairs.begin(), _pairs.end(), isBefore);
+    const auto hasSameSource = [](const Pair& a, const Pair& b) { return a.first == b.first; };
+    _pairs.erase(std::unique(_pairs.begin(), _pairs.end(), hasSameSource), _pairs.end());
+    for (size_t i = 0; _pairs.size() > 1 && i != _pairs.size();) {
+        if (isImplied(_pairs, _pairs[i])) {
+            _pairs.erase(_pairs.begin() + static_cast<std::ptrdiff_t>(i));
+        } else {
+            ++i;
+        }
+    }
 }
 
 SdfPath Usd_PathMapping::_Map(const SdfPath& path, bool inverse) const
@@ -49,38 +96,63 @@ SdfPath Usd_PathMapping::_Map(const SdfPath& path, bool inverse) const
     if (path.IsEmpty() || IsIdentityPathMapping()) {
         return path;
     }
-    const Pair* const match = bestMatch(_pairs, path, inverse);
-    if (!match) {
-        return SdfPath();
-    }
-    const SdfPath mapped = path.ReplacePrefix(end(*match, inverse), end(*match, !inverse));
-    // Where another pair leads back from there to elsewhere, the path is hidden and does not map.
-    return bestMatch(_pairs, mapped, !inverse) == match ? mapped : SdfPath();
+    const Pair* match = nullptr;
+    const SdfPath mapped = mapWith(_pairs, path, inverse, &match);
+    return mapped.IsEmpty() || isHidden(_pairs, mapped, match, inverse) ? SdfPath() : mapped;
 }
 
 Usd_PathMapping Usd_PathMapping::Compose(const Usd_PathMapping& inner) const
 {
     const SdfLayerOffset offset = _offset * inner._offset;
+    Usd_PathMapping composed(offset);
     if (IsIdentityPathMapping()) {
-        return Usd_PathMapping(inner._pairs, offset);
+        composed._pairs = inner._pairs;
+        return composed;
     }
     if (inner.IsIdentityPathMapping()) {
-        return Usd_PathMapping(_pairs, offset);
+        composed._pairs = _pairs;
+        return composed;
     }
-    std::vector<Pair> pairs;
+    composed._pairs.clear();
     for (const Pair& pair : inner._pairs) {
-        const SdfPath target = MapSourceToTarget(pair.second);
-        if (!target.IsEmpty()) {
-            pairs.emplace_back(pair.first, target);
+        if (!pair.first.IsAbsoluteRootPath()) {
+            composed._pairs.emplace_back(pair.first, MapSourceToTarget(pair.second));
+        } else if (HasRootIdentity()) {
+            composed._pairs.push_back(pair);
         }
     }
     for (const Pair& pair : _pairs) {
-        const SdfPath source = inner.MapTargetToSource(pair.first);
+        const SdfPath source =
+            pair.first.IsAbsoluteRootPath() ? SdfPath() : inner.MapTargetToSource(pair.first);
         if (!source.IsEmpty()) {
-            pairs.emplace_back(source, pair.second);
+            composed._pairs.emplace_back(source, pair.second);
         }
     }
-    return Usd_PathMapping(std::move(pairs), offset);
+    composed._Simplify();
+    return composed;
+}
+
+Usd_PathMapping Usd_PathMapping::GetInverse() const
+{
+    Usd_PathMapping inverse(_offset.GetInverse());
+    inverse._pairs.clear();
+    for (const Pair& pair : _pairs) {
+        if (!pair.second.IsEmpty()) {
+            inverse._pairs.emplace_back(pair.second, pair.first);
+        }
+    }
+    std::stable_sort(inverse._pairs.begin(), inverse._pairs.end(), isBefore);
+    return inverse;
+}
+
+Usd_PathMapping Usd_PathMapping::AddRootIdentity() const
+{
+    if (HasRootIdentity()) {
+        return *this;
+    }
+    std::vector<Pair> pairs = _pairs;
+    pairs.emplace_back(_Root(), _Root());
+    return Usd_PathMapping(std::move(pairs), _offset);
 }
 
 PXR_NAMESPACE_CLOSE_SCOPE

@@ -26,7 +26,7 @@ UsdPayloads UsdPrim::GetPayloads() const { return UsdPayloads(*this); }
 
 bool UsdPrim::HasPayload() const { return HasAuthoredPayloads(); }
 
-bool UsdPrim::HasAuthoredPayloads() const { return HasAuthoredMetadata(SdfFieldKeys->Payload); }
+bool UsdPrim::HasAuthoredPayloads() const { return _Prim()->HasPayload(); }
 
 bool UsdPrim::SetPayload(const SdfPayload& payload) const
 {

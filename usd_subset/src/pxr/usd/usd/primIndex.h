@@ -21,6 +21,7 @@ enum class Usd_ArcType : std::uint8_t
     Root,
     Inherit,
     Variant,
+    Relocate,
     Reference,
     Payload,
     Specialize
@@ -39,9 +40,16 @@ struct Usd_PrimIndexNode
     Usd_LayerStackPtr layerStack;
     Usd_PathMapping toParent; ///< paths and times of the node's namespace to those of its parent
     Usd_PathMapping toStage;  ///< the same to those of the index's root
+    SdfPath path;             ///< of the site, variant selections included, for the prim that nodes were made for
     Usd_ArcType arc = Usd_ArcType::Root;
-    std::int32_t parent = -1; ///< the node that the arc was written in
-    std::int32_t depth = 0;   ///< of the prim that the arc was written on, in the index's namespace
+    bool isInert = false;         ///< whether what is written there is left out
+    bool isCulled = false;        ///< whether only the order of others needs it
+    bool isDueToAncestor = false; ///< whether the arc was written above the prim, or above where arcs lead
+    std::int32_t parent = -1;     ///< the node that the arc leads from
+    std::int32_t origin = -1;     ///< the node whose arc this one follows; the parent where it is written
+    std::int32_t sibling = 0;     ///< the place of the arc among those that are written with it
+    std::int32_t depth = 0;       ///< of the prim that the arc was written on, in its namespace
+    std::uint32_t restrictedDepth = 0; ///< the length of paths whose opinions count no more; zero when all do
 };
 
 using Usd_PrimIndexNodes = std::vector<Usd_PrimIndexNode>;
@@ -59,19 +67,31 @@ struct Usd_SpecSite
 class Usd_PrimIndex
 {
 public:
+    /// The nodes that prims share.
+    struct Graph
+    {
+        SdfPath path;
+        Usd_PrimIndexNodes nodes;
+        bool hasRelocates = false; ///< in any layer stack
+    };
+
     const SdfPath& GetPath() const { return _path; }
     const std::vector<Usd_SpecSite>& GetSites() const { return _sites; }
-    const Usd_PrimIndexNodes& GetNodes() const { return *_nodes; }
-    const Usd_PrimIndexNode& GetNode(const Usd_SpecSite& site) const { return (*_nodes)[site.node]; }
+    const Usd_PrimIndexNodes& GetNodes() const { return _graph->nodes; }
+    /// The prim that the nodes were made for: this one, or one above it.
+    const SdfPath& GetNodesPath() const { return _graph->path; }
+    const Usd_PrimIndexNode& GetNode(const Usd_SpecSite& site) const { return _graph->nodes[site.node]; }
     bool HasSpecs() const { return !_sites.empty(); }
     bool HasPayloads() const { return _hasPayloads; }
     bool IsInstanceable() const { return _isInstanceable; }
     /// Whether a node's arc was written on this prim, not on one above.
     bool IsDirect(const Usd_PrimIndexNode& node) const
     {
-        return node.depth == static_cast<std::int32_t>(_path.GetPathElementCount());
+        return node.parent >= 0 && !node.isDueToAncestor && _graph->path == _path;
     }
 
+    /// The path of a node's site for this prim, variant selections included.
+    SdfPath GetSitePath(const Usd_PrimIndexNode& node) const;
     /// The names of the children in their order.
     TfTokenVector ComputeChildNames() const;
 
@@ -80,9 +100,14 @@ private:
     friend class Usd_PrimIndexBuilder;
     friend class Usd_Prototypes;
 
+    void _AddChildNames(std::vector<Usd_SpecSite>::const_reverse_iterator first,
+                        std::vector<Usd_SpecSite>::const_reverse_iterator last, TfTokenVector* names) const;
+
+    static const std::shared_ptr<const Graph>& _GetEmptyGraph();
+
     SdfPath _path;
     std::vector<Usd_SpecSite> _sites;
-    std::shared_ptr<const Usd_PrimIndexNodes> _nodes;
+    std::shared_ptr<const Graph> _graph = _GetEmptyGraph();
     bool _hasPayloads = false;
     bool _isInstanceable = false;
 };

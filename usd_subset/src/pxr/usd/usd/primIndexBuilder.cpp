@@ -4,394 +4,331 @@
 
 #include <pxr/base/tf/stringUtils.h>
 #include <pxr/usd/sdf/schema.h>
-#include <pxr/usd/usd/stage.h>
 
 #include <algorithm>
+#include <tuple>
 
 PXR_NAMESPACE_OPEN_SCOPE
 
-namespace {
+Usd_PrimIndexBuilder::Usd_PrimIndexBuilder(Usd_PrimIndexer& indexer, const SdfPath& path)
+    : _indexer(indexer), _frame(nullptr), _path(path)
+{}
 
-// A prim has a handful of sites; arcs that multiply each other end here.
-constexpr int kMaxNodes = 1000;
-// Each arc on the way costs as much as all before it.
-constexpr int kMaxArcDepth = 100;
-
-} // namespace
+Usd_PrimIndexBuilder::Usd_PrimIndexBuilder(const _Frame& frame)
+    : _indexer(frame.outer._indexer),
+      _frame(&frame),
+      _path(frame.outer._path)
+{}
 
 Usd_PrimIndexPtr Usd_PrimIndexBuilder::Build(const Usd_PrimIndex& parent)
 {
-    _Graft(parent, _path.GetNameToken(), -1, Usd_PrimIndexNode());
-    _FollowAll();
+    _graph.Load(parent);
+    if (parent.GetPath() != parent.GetNodesPath()) {
+        _graph.Cull(_graph[0].layerStack);
+        _graph.RemoveCulled();
+    }
+    _loaded = _graph.GetSize();
+    _BuildChild(parent.IsInstanceable(), _path.GetNameToken(), true);
     return _Finish();
 }
 
-int Usd_PrimIndexBuilder::_Graft(const Usd_PrimIndex& index, const TfToken& child, int parent,
-                                 const Usd_PrimIndexNode& top)
+void Usd_PrimIndexBuilder::_BuildTo(const Usd_LayerStackPtr& layerStack, const SdfPath& path,
+                                    bool rootContributes)
 {
-    const int first = _graph.GetSize();
-    const Usd_PrimIndexNodes& nodes = index.GetNodes();
-    // A class brings in no place a second time; nodes that are left out have no place.
-    const bool skipsDuplicates = parent >= 0 && Usd_IsClassArc(top.arc);
-    std::vector<int> places(nodes.size(), -1);
-    auto site = index.GetSites().begin();
-    for (size_t i = 0; i != nodes.size(); ++i) {
-        Usd_GraphNode grafted;
-        grafted.node = nodes[i];
-        if (i == 0 && parent >= 0) {
-            const Usd_LayerStackPtr layerStack = nodes[0].layerStack;
-            grafted.node = top;
-            grafted.node.layerStack = layerStack;
-            grafted.node.parent = parent;
-        } else if (i > 0) {
-            grafted.node.parent = places[static_cast<size_t>(nodes[i].parent)];
-            if (parent >= 0) {
-                grafted.node.depth = top.depth - 1; // came with a prim above the one that the arc leads to
-            }
-        }
-        if (i == 0) {
-            grafted.path = index.GetPath().AppendChild(child);
-        }
-        for (; site != index.GetSites().end() && site->node == i; ++site) {
-            grafted.path = site->path.AppendChild(child);
-            if (site->layer->HasSpec(grafted.path)) {
-                grafted.specs.push_back(nodes[i].layerStack->FindEntry(site->layer));
-            }
-        }
-        const bool isBelowNothing = i > 0 && grafted.node.parent < 0;
-        if (isBelowNothing || (i > 0 && skipsDuplicates && !grafted.specs.empty() &&
-                               _graph.HasSite(grafted.node.layerStack, grafted.path))) {
+    // What is above a variant is composed where the variant is selected.
+    std::vector<TfToken> names;
+    SdfPath top = path;
+    while (!top.IsAbsoluteRootPath() && !top.IsPrimVariantSelectionPath()) {
+        names.push_back(top.GetNameToken());
+        top = top.GetParentPath();
+    }
+    _graph = Usd_PrimGraph(layerStack, top);
+    if (!top.IsAbsoluteRootPath()) {
+        _graph.SetInert(0, names.empty() && !rootContributes);
+        _AddTasksBelow(0, _ArcOptions(), false);
+        _WorkOff();
+    }
+    for (auto name = names.rbegin(); name != names.rend(); ++name) {
+        _BuildChild(_IsInstanceable(), *name, std::next(name) != names.rend() || rootContributes);
+    }
+}
+
+void Usd_PrimIndexBuilder::_BuildChild(bool parentIsInstanceable, const TfToken& name, bool rootContributes)
+{
+    if (parentIsInstanceable) {
+        _MarkUnshared();
+    }
+    _graph.AppendChild(name);
+    _hasPayloads = false;
+    if (!rootContributes) {
+        _graph.SetInert(0, true);
+    }
+    if (!_LeaveOutIfProhibited()) {
+        _AddTasksBelow(0, _ArcOptions(), false);
+        _WorkOff();
+    }
+}
+
+// A prim that was moved away leaves nothing behind: its place stays empty, wherever arcs lead to it from.
+bool Usd_PrimIndexBuilder::_LeaveOutIfProhibited()
+{
+    for (const int node : _graph.GetStrengthOrder()) {
+        const Usd_GraphNode& at = _graph[node];
+        if (!at.CanContribute() || !at.layerStack->GetRelocates().IsSource(at.path)) {
             continue;
         }
-        const int added = _graph.Add(std::move(grafted));
-        places[i] = added;
-        if (!_graph[added].specs.empty()) {
-            _open.push_back(added);
+        if (_frame) {
+            _Warn(node, TfStringPrintf("The arc to <%s> was left out: the prim is moved elsewhere by the "
+                                       "relocates of the layers.",
+                                       _frame->arc.path.GetText()));
         }
-    }
-    return first;
-}
-
-void Usd_PrimIndexBuilder::_FollowAll()
-{
-    do {
-        while (!_open.empty()) {
-            const int site = _open.front();
-            _open.pop_front();
-            _FollowArcs(site);
-        }
-    } while (_FollowNextVariant());
-}
-
-void Usd_PrimIndexBuilder::_FollowArcs(int site)
-{
-    const Usd_SiteArcs arcs(_graph[site]);
-    _graph[site].variantSets = arcs.variantSets;
-    for (const Usd_AssetArc& arc : arcs.references) {
-        _FollowAssetArc(site, arc, Usd_ArcType::Reference);
-    }
-    _hasPayloads = _hasPayloads || !arcs.payloads.empty();
-    if (_includePayloads) {
-        for (const Usd_AssetArc& arc : arcs.payloads) {
-            _FollowAssetArc(site, arc, Usd_ArcType::Payload);
-        }
-    }
-    for (const SdfPath& path : arcs.inherits) {
-        _FollowClassArc(site, path, Usd_ArcType::Inherit);
-    }
-    for (const SdfPath& path : arcs.specializes) {
-        _FollowClassArc(site, path, Usd_ArcType::Specialize);
-    }
-}
-
-void Usd_PrimIndexBuilder::_FollowAssetArc(int site, const Usd_AssetArc& arc, Usd_ArcType type)
-{
-    const Usd_LayerStackPtr source = _graph[site].node.layerStack;
-    Usd_LayerStackPtr target = source;
-    SdfLayerOffset written = arc.written;
-    if (!written.IsValid() || !written.GetInverse().IsValid()) {
-        _Warn(site, TfStringPrintf("The arc to @%s@ has an offset that cannot be inverted; none is used.",
-                                   arc.asset.c_str()));
-        written = SdfLayerOffset();
-    }
-    SdfLayerOffset offset = arc.offset * written;
-    if (!arc.asset.empty()) {
-        std::string why;
-        target = _indexer.FindLayerStack(arc.fullAsset, &why);
-        if (!target) {
-            if (!why.empty()) {
-                _Warn(site,
-                      TfStringPrintf("The arc to @%s@ was left out: %s.", arc.asset.c_str(), why.c_str()));
-            }
-            return;
-        }
-        const double sourceRate = arc.source->GetTimeCodesPerSecond();
-        if (sourceRate != target->GetTimeCodesPerSecond()) {
-            offset.SetScale(offset.GetScale() * sourceRate / target->GetTimeCodesPerSecond());
-        }
-    }
-    const SdfPath path = _FindTargetPath(site, arc, *target->GetRootLayer());
-    if (path.IsEmpty()) {
-        return;
-    }
-    const int added = _AddArc(site, type, target, path, offset, arc.asset.empty());
-    if (added >= 0 && !_HasSpecsFrom(added)) {
-        _Warn(site,
-              TfStringPrintf("The arc to @%s@<%s> leads to no prim.", arc.asset.c_str(), path.GetText()));
-    }
-}
-
-bool Usd_PrimIndexBuilder::_HasSpecsFrom(int first) const
-{
-    for (int i = first; i != _graph.GetSize(); ++i) {
-        if (!_graph[i].specs.empty()) {
-            return true;
-        }
-    }
-    return false;
-}
-
-SdfPath Usd_PrimIndexBuilder::_FindTargetPath(int site, const Usd_AssetArc& arc, const SdfLayer& root) const
-{
-    if (arc.primPath.IsEmpty()) {
-        const SdfPath path = root.GetDefaultPrimAsPath();
-        if (path.IsEmpty()) {
-            _Warn(site, TfStringPrintf("The arc to @%s@ was left out: it names no prim, and the layer has no "
-                                       "default prim. Name one of them.",
-                                       arc.asset.c_str()));
-        }
-        return path;
-    }
-    if (!arc.primPath.IsAbsolutePath() || !arc.primPath.IsPrimPath() ||
-        arc.primPath.ContainsPrimVariantSelection()) {
-        _Warn(site,
-              TfStringPrintf("The arc to @%s@<%s> was left out: it must name a prim by its absolute path.",
-                             arc.asset.c_str(), arc.primPath.GetText()));
-        return SdfPath();
-    }
-    return arc.primPath;
-}
-
-void Usd_PrimIndexBuilder::_FollowClassArc(int site, const SdfPath& classPath, Usd_ArcType type)
-{
-    if (!classPath.IsAbsolutePath() || !classPath.IsPrimPath() || classPath.ContainsPrimVariantSelection()) {
-        _Warn(site,
-              TfStringPrintf("The arc to <%s> was left out: it must name a prim.", classPath.GetText()));
-        return;
-    }
-    _AddArc(site, type, _graph[site].node.layerStack, classPath, SdfLayerOffset(), true);
-}
-
-int Usd_PrimIndexBuilder::_AddArc(int site, Usd_ArcType type, Usd_LayerStackPtr layerStack,
-                                  const SdfPath& path, const SdfLayerOffset& offset, bool keepsNames)
-{
-    if (_graph.MakesCycle(site, layerStack, path)) {
-        _Warn(site,
-              TfStringPrintf("The arc to <%s> was left out: it leads back to where it comes from. Remove the "
-                             "cycle.",
-                             path.GetText()));
-        return -1;
-    }
-    if (_graph.GetSize() >= kMaxNodes) {
-        // One such prim is mostly followed by many, for the same reason.
-        _indexer.WarnOnceOf("nodes",
-                            TfStringPrintf("The arcs of prim <%s> lead to more than %d places; the rest was "
-                                           "left out, here and on other prims that do so.",
-                                           _path.GetText(), kMaxNodes));
-        return -1;
-    }
-    if (_graph.GetArcDepth(site) >= kMaxArcDepth || _indexer.IsDeep()) {
-        _indexer.WarnOnceOf("arcs",
-                            TfStringPrintf("The arcs of prim <%s> lead on through more than %d others; the "
-                                           "rest was left out, here and on other prims that do so.",
-                                           _path.GetText(), kMaxArcDepth));
-        return -1;
-    }
-    const Usd_PrimIndexPtr above = _indexer.FindIndex(layerStack, path.GetParentPath());
-    if (!above) {
-        _Warn(site,
-              TfStringPrintf("The arc to <%s> was left out: what is above it leads back to where it comes "
-                             "from. Remove the cycle.",
-                             path.GetText()));
-        return -1;
-    }
-    std::vector<Usd_PathMapping::Pair> pairs{{path, _graph[site].plainPath}};
-    if (keepsNames) {
-        pairs.emplace_back(SdfPath::AbsoluteRootPath(), SdfPath::AbsoluteRootPath());
-    }
-    Usd_PrimIndexNode top;
-    top.toParent = Usd_PathMapping(std::move(pairs), offset);
-    top.arc = type;
-    top.depth = static_cast<std::int32_t>(_path.GetPathElementCount());
-    const int added = _Graft(*above, path.GetNameToken(), site, top);
-    _indexer.AddDependency(_path, layerStack, path);
-    const int end = _graph.GetSize();
-    for (int i = added; i != end; ++i) {
-        if (i != added && !_graph[i].specs.empty()) {
-            _indexer.AddDependency(_path, _graph[i].node.layerStack, _graph[i].plainPath);
-        }
-        if (Usd_IsClassArc(_graph[i].node.arc)) {
-            _AddImpliedClasses(i);
-        }
-    }
-    return added;
-}
-
-// A class that a referenced prim inherits from can be overridden where the prim is referenced: the class of
-// the same name in each stronger layer stack counts as inherited there.
-void Usd_PrimIndexBuilder::_AddImpliedClasses(int classNode)
-{
-    const Usd_ArcType type = _graph[classNode].node.arc;
-    const Usd_LayerStackPtr classStack = _graph[classNode].node.layerStack;
-    const SdfPath classPath = _graph[classNode].path;
-    SdfPath path = classPath.StripAllVariantSelections();
-    int instance = _graph[classNode].node.parent;
-    while (true) {
-        while (instance > 0 && Usd_IsClassArc(_graph[instance].node.arc)) {
-            instance = _graph[instance].node.parent;
-        }
-        if (instance <= 0) {
-            return;
-        }
-        const Usd_PathMapping& mapping = _graph[instance].node.toParent;
-        const SdfPath mapped = mapping.MapSourceToTarget(path);
-        path = mapped.IsEmpty() ? path : mapped;
-        const int outer = _graph[instance].node.parent;
-        const Usd_LayerStackPtr outerStack = _graph[outer].node.layerStack;
-        if (!(outerStack == classStack && path == classPath)) {
-            if (!_graph.HasSite(outerStack, path) && !_graph.MakesCycle(outer, outerStack, path)) {
-                _AddArc(outer, type, outerStack, path, SdfLayerOffset(), true);
-            }
-            return;
-        }
-        instance = outer;
-    }
-}
-
-bool Usd_PrimIndexBuilder::_FollowNextVariant()
-{
-    const std::vector<int> order = _graph.GetStrengthOrder();
-    for (const int site : order) {
-        if (_graph[site].variantSets.empty()) {
-            continue;
-        }
-        const std::string set = _graph[site].variantSets.front();
-        _graph[site].variantSets.erase(_graph[site].variantSets.begin());
-        const std::string selection = _FindSelection(set, site, order);
-        const SdfPath path =
-            selection.empty() ? SdfPath() : _graph[site].path.AppendVariantSelection(set, selection);
-        if (path.IsEmpty() || _graph.GetSize() >= kMaxNodes) {
-            return true;
-        }
-        Usd_GraphNode variant;
-        variant.node.layerStack = _graph[site].node.layerStack;
-        variant.node.arc = Usd_ArcType::Variant;
-        variant.node.parent = site;
-        variant.node.depth = static_cast<std::int32_t>(_path.GetPathElementCount());
-        variant.path = path;
-        for (const Usd_LayerStack::Entry* entry : _graph[site].specs) {
-            if (entry->layer->HasSpec(path)) {
-                variant.specs.push_back(entry);
-            }
-        }
-        const int added = _graph.Add(std::move(variant));
-        if (!_graph[added].specs.empty()) {
-            _open.push_back(added);
+        _graph.SetInert(0, true);
+        const std::vector<int> children = _graph[0].children;
+        for (const int child : children) {
+            _LeaveOut(child);
         }
         return true;
     }
     return false;
 }
 
-std::string Usd_PrimIndexBuilder::_FindSelection(const std::string& set, int site,
-                                                 const std::vector<int>& order) const
+bool Usd_PrimIndexBuilder::_IsLess(const _Task& a, const _Task& b) const
 {
-    for (const int other : order) {
-        for (const Usd_LayerStack::Entry* entry : _graph[other].specs) {
-            SdfVariantSelectionMap selections;
-            if (entry->layer->HasField(_graph[other].path, SdfFieldKeys->VariantSelection, &selections)) {
-                const auto found = selections.find(set);
-                if (found != selections.end() && !found->second.empty()) {
-                    return found->second;
-                }
+    if (a.type != b.type) {
+        return a.type > b.type;
+    }
+    switch (a.type) {
+    case _TaskType::AncestralVariantAuthored:
+    case _TaskType::AncestralVariantFallback:
+    case _TaskType::VariantAuthored:
+    case _TaskType::VariantFallback:
+        if (a.node != b.node) {
+            return _graph.CompareStrength(a.node, b.node) > 0;
+        }
+        return std::tie(a.setPath, a.set) > std::tie(b.setPath, b.set);
+    case _TaskType::ImpliedClasses:
+        return b.node > a.node; // those of nodes below first
+    default:
+        return std::tie(a.node, a.setPath, a.set) > std::tie(b.node, b.setPath, b.set);
+    }
+}
+
+void Usd_PrimIndexBuilder::_AddTask(_Task task)
+{
+    const bool isOnce =
+        task.type == _TaskType::ImpliedClasses || task.type == _TaskType::ImpliedSpecializes;
+    if (isOnce && !_waiting.emplace(task.type, task.node).second) {
+        return;
+    }
+    _tasks.push_back(std::move(task));
+    std::push_heap(_tasks.begin(), _tasks.end(),
+                   [this](const _Task& a, const _Task& b) { return _IsLess(a, b); });
+}
+
+// Something was found that may select variants.
+void Usd_PrimIndexBuilder::_RetryVariants()
+{
+    for (_Task& task : _tasks) {
+        if (task.type == _TaskType::VariantFallback || task.type == _TaskType::VariantNone) {
+            task.type = _TaskType::VariantAuthored;
+        } else if (task.type == _TaskType::AncestralVariantFallback ||
+                   task.type == _TaskType::AncestralVariantNone) {
+            task.type = _TaskType::AncestralVariantAuthored;
+        }
+    }
+    std::make_heap(_tasks.begin(), _tasks.end(),
+                   [this](const _Task& a, const _Task& b) { return _IsLess(a, b); });
+}
+
+void Usd_PrimIndexBuilder::_WorkOff()
+{
+    while (!_tasks.empty()) {
+        std::pop_heap(_tasks.begin(), _tasks.end(),
+                      [this](const _Task& a, const _Task& b) { return _IsLess(a, b); });
+        const _Task task = std::move(_tasks.back());
+        _tasks.pop_back();
+        _waiting.erase({task.type, task.node});
+        _Do(task);
+    }
+}
+
+void Usd_PrimIndexBuilder::_Do(const _Task& task)
+{
+    const bool counts = _graph[task.node].CanContribute();
+    switch (task.type) {
+    case _TaskType::Relocations: return counts ? _FollowRelocation(task.node) : void();
+    case _TaskType::ImpliedRelocations: return _FollowImpliedRelocation(task.node);
+    case _TaskType::References:
+        return counts ? _FollowAssetArcs(task.node, Usd_FindReferences(_graph[task.node], _indexer),
+                                         Usd_ArcType::Reference)
+                      : void();
+    case _TaskType::Payloads: return counts ? _FollowPayloads(task.node) : void();
+    case _TaskType::Inherits:
+        return counts ? _FollowClassArcs(task.node, Usd_FindInherits(_graph[task.node]), Usd_ArcType::Inherit)
+                      : void();
+    case _TaskType::Specializes:
+        return counts ? _FollowClassArcs(task.node, Usd_FindSpecializes(_graph[task.node]),
+                                         Usd_ArcType::Specialize)
+                      : void();
+    case _TaskType::ImpliedClasses: return _ImplyClasses(task.node);
+    case _TaskType::ImpliedSpecializes: return _ImplySpecializes(task.node);
+    case _TaskType::AncestralVariantSets: return _FindAncestralVariantSets(task.node);
+    case _TaskType::VariantSets:
+        return counts ? _FindVariantSets(task.node, _graph[task.node].path, false) : void();
+    case _TaskType::AncestralVariantAuthored: return _FollowVariant(task, true);
+    case _TaskType::VariantAuthored: return _FollowVariant(task, false);
+    case _TaskType::AncestralVariantFallback: return _FollowFallback(task, true);
+    case _TaskType::VariantFallback: return _FollowFallback(task, false);
+    case _TaskType::AncestralVariantNone:
+    case _TaskType::VariantNone: return;
+    case _TaskType::UnresolvedPath: return _CheckTarget(task.node);
+    }
+}
+
+// Tasks for what is written at a node and all below it.
+// @param isNew whether the nodes came with an arc, and may hold variants above it that nobody chose yet
+void Usd_PrimIndexBuilder::_AddTasksBelow(int node, const _ArcOptions& options, bool isNew)
+{
+    const std::vector<int> children = _graph[node].children;
+    for (const int child : children) {
+        _AddTasksBelow(child, options, isNew);
+    }
+    const Usd_GraphNode& at = _graph[node];
+    const bool isAssetArc = at.arc == Usd_ArcType::Reference || at.arc == Usd_ArcType::Payload;
+    if (isNew && !_frame && isAssetArc) {
+        _AddTask({_TaskType::UnresolvedPath, node});
+    }
+    const Usd_WrittenArcs written = Usd_FindWrittenArcs(at);
+    if (!_frame && written.variants) {
+        _AddTask({_TaskType::VariantSets, node});
+    }
+    if (options.skipsSpecializes) {
+        return;
+    }
+    if (isNew && !_frame && options.withAncestors && Usd_HasVariantsAbove(at)) {
+        _AddTask({_TaskType::AncestralVariantSets, node});
+    }
+    if (!options.skipsWrittenArcs) {
+        const std::pair<bool, _TaskType> tasks[] = {{written.specializes, _TaskType::Specializes},
+                                                    {written.inherits, _TaskType::Inherits},
+                                                    {written.payloads, _TaskType::Payloads},
+                                                    {written.references, _TaskType::References},
+                                                    {written.relocates, _TaskType::Relocations}};
+        for (const auto& task : tasks) {
+            if (task.first) {
+                _AddTask({task.second, node});
             }
         }
     }
-    const PcpVariantFallbackMap fallbacks = UsdStage::GetGlobalVariantFallbacks();
-    const auto wanted = fallbacks.find(set);
-    if (wanted != fallbacks.end()) {
-        for (const std::string& name : wanted->second) {
-            const SdfPath path = _graph[site].path.AppendVariantSelection(set, name);
-            for (const Usd_LayerStack::Entry* entry : _graph[site].specs) {
-                if (entry->layer->HasSpec(path)) {
-                    return name;
-                }
-            }
-        }
+    if (_graph[node].arc == Usd_ArcType::Relocate) {
+        _AddTask({_TaskType::ImpliedRelocations, node});
     }
-    return std::string();
 }
 
-void Usd_PrimIndexBuilder::_Warn(int site, const std::string& text) const
+void Usd_PrimIndexBuilder::_AddTasksForNew(int node, const _ArcOptions& options)
 {
-    const Usd_GraphNode& at = _graph[site];
-    const SdfLayerRefPtr layer =
-        at.specs.empty() ? at.node.layerStack->GetRootLayer() : at.specs.front()->layer;
-    _indexer.Warn(TfStringPrintf("%s It is written on <%s> in @%s@.", text.c_str(), at.path.GetText(),
-                                 layer->GetIdentifier().c_str()));
-}
-
-Usd_PrimIndexPtr Usd_PrimIndexBuilder::_Finish() const
-{
-    // Nodes that say nothing, and lead to none that does, need not be kept.
-    std::vector<char> isKept(static_cast<size_t>(_graph.GetSize()), 0);
-    isKept[0] = 1;
-    for (int i = _graph.GetSize() - 1; i > 0; --i) {
-        if (!_graph[i].specs.empty() || isKept[static_cast<size_t>(i)]) {
-            isKept[static_cast<size_t>(i)] = 1;
-            isKept[static_cast<size_t>(_graph[i].node.parent)] = 1;
+    if (!options.skipsSpecializes) {
+        if (Usd_IsClassArc(_graph[node].arc)) {
+            _AddTask({_TaskType::ImpliedClasses, _FindImpliedClassStart(node)});
+        } else if (_graph.HasClassChild(node)) {
+            _AddTask({_TaskType::ImpliedClasses, node});
+        }
+        // Builders for arcs leave this to the outermost one, which has the root that weaker nodes go to.
+        const int start = _frame ? -1 : _FindSpecializeStart(node);
+        if (start >= 0) {
+            _AddTask({_TaskType::ImpliedSpecializes, start});
+        } else if (!_frame && _graph.HasSpecializeChild(node)) {
+            _AddTask({_TaskType::ImpliedSpecializes, node});
         }
     }
-    auto index = std::make_shared<Usd_PrimIndex>();
-    const std::shared_ptr<Usd_PrimIndexNodes> nodes = _indexer.MakeNodes();
-    std::vector<std::int32_t> places(static_cast<size_t>(_graph.GetSize()), -1);
-    index->_path = _path;
-    for (const int i : _graph.GetStrengthOrder()) {
-        if (!isKept[static_cast<size_t>(i)]) {
-            continue;
-        }
-        const auto place = static_cast<std::int32_t>(nodes->size());
-        places[static_cast<size_t>(i)] = place;
-        nodes->push_back(_graph[i].node);
-        if (place > 0) {
-            nodes->back().parent = places[static_cast<size_t>(_graph[i].node.parent)];
-        }
-        const SdfLayerOffset& offset = _graph[i].node.toStage.GetTimeOffset();
-        for (const Usd_LayerStack::Entry* entry : _graph[i].specs) {
-            index->_sites.push_back({get_pointer(entry->layer), _graph[i].path, offset * entry->offset,
-                                     static_cast<std::uint32_t>(place)});
-        }
-    }
-    _indexer.Count(*nodes);
-    index->_nodes = nodes;
-    index->_hasPayloads = _hasPayloads;
-    index->_isInstanceable = _IsInstanceable(*index);
-    return index;
+    _AddTasksBelow(node, options, true);
 }
 
-bool Usd_PrimIndexBuilder::_IsInstanceable(const Usd_PrimIndex& index) const
+bool Usd_PrimIndexBuilder::_IsShared(int node) const
 {
-    const Usd_PrimIndexNodes& nodes = index.GetNodes();
-    const bool hasArcs = std::any_of(nodes.begin() + 1, nodes.end(), [&index](const Usd_PrimIndexNode& node) {
-        return index.IsDirect(node);
-    });
-    for (const Usd_SpecSite& site : index.GetSites()) {
-        bool instanceable = false;
-        if (hasArcs && site.layer->HasField(site.path, SdfFieldKeys->Instanceable, &instanceable)) {
-            return instanceable;
+    if (_graph[node].isCulled || !_graph[node].HasSpecs()) {
+        return false;
+    }
+    for (; node > 0; node = _graph[node].parent) {
+        if (!_graph[node].isDueToAncestor) {
+            return true;
         }
     }
     return false;
+}
+
+// What instances do not share says nothing of what is below them.
+void Usd_PrimIndexBuilder::_MarkUnshared()
+{
+    std::vector<int> todo{0};
+    while (!todo.empty()) {
+        const int node = todo.back();
+        todo.pop_back();
+        if (!_graph[node].isCulled && !_IsShared(node)) {
+            _graph.SetInert(node, true);
+            todo.insert(todo.end(), _graph[node].children.begin(), _graph[node].children.end());
+        }
+    }
+}
+
+bool Usd_PrimIndexBuilder::_IsInstanceable() const
+{
+    const std::vector<int> order = _graph.GetStrengthOrder();
+    if (std::none_of(order.begin(), order.end(), [this](int node) { return _IsShared(node); })) {
+        return false;
+    }
+    for (const int node : order) {
+        if (!_graph[node].CanContribute()) {
+            continue;
+        }
+        for (const Usd_LayerStack::Entry* const entry : _graph[node].specs) {
+            bool instanceable = false;
+            if (entry->layer->HasField(_graph[node].path, SdfFieldKeys->Instanceable, &instanceable)) {
+                return instanceable;
+            }
+        }
+    }
+    return false;
+}
+
+Usd_PrimIndexPtr Usd_PrimIndexBuilder::_Finish()
+{
+    for (int i = _loaded; i < _graph.GetSize(); ++i) {
+        _indexer.AddDependency(_path, _graph[i].layerStack, _graph[i].path.StripAllVariantSelections());
+    }
+    _graph.Cull(_graph[0].layerStack);
+    auto index = std::make_shared<Usd_PrimIndex>();
+    index->_path = _path;
+    index->_hasPayloads = _hasPayloads;
+    index->_isInstanceable = _IsInstanceable();
+    _graph.RemoveCulled();
+    const std::shared_ptr<Usd_PrimIndex::Graph> kept = _indexer.MakeGraph();
+    kept->path = _path;
+    kept->nodes.reserve(static_cast<size_t>(_graph.GetSize()));
+    for (int i = 0; i != _graph.GetSize(); ++i) {
+        const Usd_GraphNode& node = _graph[i];
+        kept->nodes.push_back(node);
+        kept->hasRelocates = kept->hasRelocates || !node.layerStack->GetRelocates().IsEmpty();
+        if (!node.CanContribute()) {
+            continue;
+        }
+        const SdfLayerOffset& offset = node.toStage.GetTimeOffset();
+        for (const Usd_LayerStack::Entry* const entry : node.specs) {
+            index->_sites.push_back({get_pointer(entry->layer), node.path, offset * entry->offset,
+                                     static_cast<std::uint32_t>(i)});
+        }
+    }
+    _indexer.Count(*kept);
+    index->_graph = kept;
+    return index;
+}
+
+void Usd_PrimIndexBuilder::_Warn(int node, const std::string& text) const
+{
+    const Usd_GraphNode& at = _graph[node];
+    const SdfLayerRefPtr layer = at.specs.empty() ? at.layerStack->GetRootLayer() : at.specs.front()->layer;
+    _indexer.Warn(TfStringPrintf("%s It is written on <%s> in @%s@.", text.c_str(), at.path.GetText(),
+                                 layer->GetIdentifier().c_str()));
 }
 
 PXR_NAMESPACE_CLOSE_SCOPE

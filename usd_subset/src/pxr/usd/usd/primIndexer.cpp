@@ -5,15 +5,18 @@
 
 PXR_NAMESPACE_OPEN_SCOPE
 
-const Usd_LayerStackPtr& Usd_PrimIndexer::_GetStageStack() const { return _stage.layerStack; }
-
-Usd_PrimIndexPtr Usd_PrimIndexer::_ComputePseudoRoot(const Usd_LayerStackPtr& layerStack)
+Usd_PrimIndexPtr Usd_PrimIndexer::ComputePseudoRoot() const
 {
+    const Usd_LayerStackPtr& layerStack = _stage.layerStack;
     auto index = std::make_shared<Usd_PrimIndex>();
     index->_path = SdfPath::AbsoluteRootPath();
-    auto nodes = std::make_shared<Usd_PrimIndexNodes>(1);
-    nodes->front().layerStack = layerStack;
-    index->_nodes = std::move(nodes);
+    auto graph = std::make_shared<Usd_PrimIndex::Graph>();
+    graph->path = index->_path;
+    graph->nodes.resize(1);
+    graph->nodes.front().layerStack = layerStack;
+    graph->nodes.front().path = index->_path;
+    graph->hasRelocates = !layerStack->GetRelocates().IsEmpty();
+    index->_graph = std::move(graph);
     for (const Usd_LayerStack::Entry& entry : layerStack->GetEntries()) {
         index->_sites.push_back({get_pointer(entry.layer), index->_path, entry.offset, 0});
     }
@@ -24,7 +27,10 @@ Usd_PrimIndexPtr Usd_PrimIndexer::ComputeChild(const Usd_PrimIndex& parent, cons
 {
     auto index = std::make_shared<Usd_PrimIndex>();
     index->_path = parent._path.AppendChild(name);
-    index->_nodes = parent._nodes;
+    if (parent._graph->hasRelocates) {
+        return Usd_PrimIndexBuilder(*this, index->_path).Build(parent);
+    }
+    index->_graph = parent._graph;
     index->_sites.reserve(parent._sites.size());
     bool hasArcs = false;
     // A layer says something of a child only where it says something of the parent.
@@ -40,59 +46,31 @@ Usd_PrimIndexPtr Usd_PrimIndexer::ComputeChild(const Usd_PrimIndex& parent, cons
             hasArcs = hasArcs || Usd_HasArcs(*site.layer, path);
         }
     }
-    if (!hasArcs) {
-        return index;
-    }
-    const bool includePayloads = !_underWay.empty() || _stage.loadRules.IsLoaded(index->_path);
-    ++_building;
-    const Usd_PrimIndexPtr built = Usd_PrimIndexBuilder(*this, index->_path, includePayloads).Build(parent);
-    --_building;
-    return built;
+    return hasArcs ? Usd_PrimIndexBuilder(*this, index->_path).Build(parent) : index;
 }
 
-Usd_LayerStackPtr Usd_PrimIndexer::FindLayerStack(const std::string& asset, std::string* why)
+Usd_LayerStackPtr Usd_PrimIndexer::FindLayerStack(const std::string& asset, const Usd_LayerStack& referrer,
+                                                  std::string* why)
 {
-    return _stage.FindLayerStack(asset, why);
+    return _stage.FindLayerStack(asset, referrer, why);
 }
 
-Usd_PrimIndexPtr Usd_PrimIndexer::FindIndex(const Usd_LayerStackPtr& layerStack, const SdfPath& path)
-{
-    const _Site site(layerStack.get(), path);
-    const auto known = _indexes.find(site);
-    if (known != _indexes.end()) {
-        return known->second;
-    }
-    if (path.IsAbsoluteRootPath()) {
-        return _indexes[site] = _ComputePseudoRoot(layerStack);
-    }
-    if (!_underWay.insert(site).second) {
-        return nullptr;
-    }
-    const Usd_PrimIndexPtr parent = FindIndex(layerStack, path.GetParentPath());
-    const Usd_PrimIndexPtr index = parent ? ComputeChild(*parent, path.GetNameToken()) : nullptr;
-    _underWay.erase(site);
-    if (index) {
-        _indexes[site] = index;
-    }
-    return index;
-}
+bool Usd_PrimIndexer::IsLoaded(const SdfPath& path) const { return _stage.loadRules.IsLoaded(path); }
 
-std::shared_ptr<Usd_PrimIndexNodes> Usd_PrimIndexer::MakeNodes() const
+std::shared_ptr<Usd_PrimIndex::Graph> Usd_PrimIndexer::MakeGraph() const
 {
-    return {new Usd_PrimIndexNodes, [count = _stage.placeCount](const Usd_PrimIndexNodes* nodes) {
-                *count -= nodes->size();
-                delete nodes;
+    return {new Usd_PrimIndex::Graph, [count = _stage.placeCount](const Usd_PrimIndex::Graph* graph) {
+                *count -= graph->nodes.size();
+                delete graph;
             }};
 }
 
-void Usd_PrimIndexer::Count(const Usd_PrimIndexNodes& nodes) const { *_stage.placeCount += nodes.size(); }
+void Usd_PrimIndexer::Count(const Usd_PrimIndex::Graph& graph) const { *_stage.placeCount += graph.nodes.size(); }
 
 void Usd_PrimIndexer::AddDependency(const SdfPath& prim, const Usd_LayerStackPtr& layerStack,
                                     const SdfPath& site)
 {
-    if (_underWay.empty()) { // else the path is not one of the stage
-        _stage.dependencies.Add(prim, layerStack, site);
-    }
+    _stage.dependencies.Add(prim, layerStack, site);
 }
 
 void Usd_PrimIndexer::WarnOnceOf(const std::string& kind, const std::string& text)

@@ -1,6 +1,8 @@
 #include "pxr/usd/usd/prototypes.h"
 
 #include <pxr/base/tf/stringUtils.h>
+#include <pxr/usd/sdf/schema.h>
+#include <pxr/usd/sdf/types.h>
 
 #include <algorithm>
 
@@ -8,7 +10,7 @@ PXR_NAMESPACE_OPEN_SCOPE
 
 void Usd_Prototypes::Register(const SdfPath& instance, const Usd_PrimIndex& index)
 {
-    const std::string key = _MakeKey(*MakeSharedIndex(index));
+    const std::string key = _MakeKey(index);
     std::unique_ptr<Usd_Prototype>& prototype = _prototypes[key];
     if (!prototype) {
         prototype = std::make_unique<Usd_Prototype>();
@@ -99,28 +101,49 @@ const Usd_Prototype* Usd_Prototypes::TakeStale()
 
 Usd_PrimIndexPtr Usd_Prototypes::MakeSharedIndex(const Usd_PrimIndex& index)
 {
-    const Usd_PrimIndexNodes& nodes = index.GetNodes();
-    std::vector<char> isShared(nodes.size(), 0);
-    for (size_t i = 1; i < nodes.size(); ++i) {
-        isShared[i] = index.IsDirect(nodes[i]) || isShared[static_cast<size_t>(nodes[i].parent)];
-    }
     auto shared = std::make_shared<Usd_PrimIndex>(index);
+    auto graph = std::make_shared<Usd_PrimIndex::Graph>(*index._graph);
+    std::vector<char> hasSpecs(graph->nodes.size(), 0);
+    for (const Usd_SpecSite& site : index.GetSites()) {
+        hasSpecs[site.node] = 1;
+    }
+    std::vector<char> isDirect(graph->nodes.size(), 0);
+    for (size_t i = 0; i < graph->nodes.size(); ++i) {
+        Usd_PrimIndexNode& node = graph->nodes[i];
+        isDirect[i] = index.IsDirect(index._graph->nodes[i]) ||
+                      (node.parent >= 0 && isDirect[static_cast<size_t>(node.parent)]);
+        node.isInert = node.isInert || !isDirect[i] || !hasSpecs[i];
+    }
     auto& sites = shared->_sites;
-    sites.erase(std::remove_if(sites.begin(), sites.end(),
-                               [&isShared](const Usd_SpecSite& site) { return !isShared[site.node]; }),
-                sites.end());
+    sites.erase(
+        std::remove_if(sites.begin(), sites.end(),
+                       [&graph](const Usd_SpecSite& site) { return graph->nodes[site.node].isInert; }),
+        sites.end());
+    shared->_graph = std::move(graph);
     return shared;
 }
 
-std::string Usd_Prototypes::_MakeKey(const Usd_PrimIndex& sharedIndex)
+std::string Usd_Prototypes::_MakeKey(const Usd_PrimIndex& index)
 {
     std::string key;
-    for (const Usd_SpecSite& site : sharedIndex.GetSites()) {
-        const Usd_PrimIndexNode& node = sharedIndex.GetNode(site);
+    std::map<std::string, std::string> selections;
+    const Usd_PrimIndexPtr shared = MakeSharedIndex(index);
+    for (const Usd_SpecSite& site : shared->GetSites()) {
+        const Usd_PrimIndexNode& node = index.GetNode(site);
         key += TfStringPrintf("%p %p %d %.17g %.17g ", static_cast<const void*>(node.layerStack.get()),
                               static_cast<const void*>(site.layer), static_cast<int>(node.arc),
                               site.offset.GetOffset(), site.offset.GetScale());
         key += site.path.GetString() + "\n";
+    }
+    // Variants that are selected for the instance may be written within what it shares.
+    for (const Usd_SpecSite& site : index.GetSites()) {
+        SdfVariantSelectionMap authored;
+        if (site.layer->HasField(site.path, SdfFieldKeys->VariantSelection, &authored)) {
+            selections.insert(authored.begin(), authored.end());
+        }
+    }
+    for (const auto& selection : selections) {
+        key += selection.first + "=" + selection.second + "\n";
     }
     return key;
 }

@@ -51,7 +51,7 @@ public:
 
 private:
     void _MakeStale(Usd_Prototype* prototype);
-    static std::string _MakeKey(const Usd_PrimIndex& sharedIndex);
+    static std::string _MakeKey(const Usd_PrimIndex& index);
 
     std::map<std::string, std::unique_ptr<Usd_Prototype>> _prototypes; // by key
     std::map<SdfPath, Usd_Prototype*> _byInstance;

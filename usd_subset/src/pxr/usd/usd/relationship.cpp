@@ -93,16 +93,19 @@ bool UsdRelationship::GetTargets(SdfPathVector* targets) const
 bool UsdRelationship::GetForwardedTargets(SdfPathVector* targets) const
 {
     targets->clear();
-    SdfPathSet visited{GetPath()};
+    SdfPathSet visited;
     SdfPathSet unique;
-    return _GetForwardedTargets(&visited, &unique, targets);
+    bool hasErrors = false;
+    return _GetForwardedTargets(&visited, &unique, targets, &hasErrors) && !hasErrors;
 }
 
-bool UsdRelationship::_GetForwardedTargets(SdfPathSet* visited, SdfPathSet* unique,
-                                           SdfPathVector* targets) const
+bool UsdRelationship::_GetForwardedTargets(SdfPathSet* visited, SdfPathSet* unique, SdfPathVector* targets,
+                                           bool* hasErrors) const
 {
     SdfPathVector own;
     const bool hasOpinion = GetTargets(&own);
+    // A target that is written but cannot be reached spoils the whole answer.
+    *hasErrors = *hasErrors || (!hasOpinion && HasAuthoredTargets());
     if (own.empty()) {
         return hasOpinion;
     }
@@ -112,7 +115,7 @@ bool UsdRelationship::_GetForwardedTargets(SdfPathSet* visited, SdfPathSet* uniq
             target.IsPrimPropertyPath() ? GetStage()->GetRelationshipAtPath(target) : UsdRelationship();
         if (next) {
             if (visited->insert(target).second) {
-                succeeded = next._GetForwardedTargets(visited, unique, targets) || succeeded;
+                succeeded = next._GetForwardedTargets(visited, unique, targets, hasErrors) || succeeded;
             }
             continue;
         }

@@ -63,11 +63,12 @@ void Usd_StageImpl::RebuildLayerStacks()
     const ArResolverContextBinder binder(resolverContext);
     _assetStacks.clear();
     layerStack = std::make_shared<Usd_LayerStack>(
-        rootLayer, sessionLayer, std::set<std::string>(mutedLayers.begin(), mutedLayers.end()),
+        rootLayer, sessionLayer, nullptr, std::set<std::string>(mutedLayers.begin(), mutedLayers.end()),
         [this](const std::string& text) { WarnOnce(text); });
 }
 
-Usd_LayerStackPtr Usd_StageImpl::FindLayerStack(const std::string& asset, std::string* why)
+Usd_LayerStackPtr Usd_StageImpl::FindLayerStack(const std::string& asset, const Usd_LayerStack& referrer,
+                                                std::string* why)
 {
     const std::set<std::string> muted(mutedLayers.begin(), mutedLayers.end());
     if (muted.count(asset)) {
@@ -78,9 +79,9 @@ Usd_LayerStackPtr Usd_StageImpl::FindLayerStack(const std::string& asset, std::s
     if (!root || muted.count(root->GetIdentifier())) {
         return nullptr;
     }
-    Usd_LayerStackPtr& stack = _assetStacks[root->GetIdentifier()];
+    Usd_LayerStackPtr& stack = _assetStacks[{root->GetIdentifier(), referrer.GetVariablesSource()}];
     if (!stack) {
-        stack = std::make_shared<Usd_LayerStack>(root, SdfLayerRefPtr(), muted,
+        stack = std::make_shared<Usd_LayerStack>(root, SdfLayerRefPtr(), &referrer, muted,
                                                  [this](const std::string& text) { WarnOnce(text); });
     }
     return stack;

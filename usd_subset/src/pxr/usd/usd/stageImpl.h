@@ -43,7 +43,7 @@ public:
     void RebuildLayerStacks();
     /// The layers of an asset. Null, with the reason in words, when it cannot be read; without one when it is
     /// muted.
-    Usd_LayerStackPtr FindLayerStack(const std::string& asset, std::string* why);
+    Usd_LayerStackPtr FindLayerStack(const std::string& asset, const Usd_LayerStack& referrer, std::string* why);
     /// Listens to the layers that the stage is composed of now.
     void FollowLayers();
     std::set<SdfLayerRefPtr> GetUsedLayers() const;
@@ -91,7 +91,8 @@ private:
 
     std::map<SdfLayerRefPtr, TfNotice::Key> _followed;
     std::set<std::string> _warnings;                       // their kinds
-    std::map<std::string, Usd_LayerStackPtr> _assetStacks; // by the root layer's identifier
+    // By the root layer's identifier and the source of the expression variables.
+    std::map<std::pair<std::string, const Usd_LayerStack*>, Usd_LayerStackPtr> _assetStacks;
     std::map<TfToken, TfToken> _fallbackTypes;
     size_t _lastSerialNumber = 0;
 };

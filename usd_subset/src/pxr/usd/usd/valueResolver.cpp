@@ -147,7 +147,18 @@ bool Usd_ValueResolver::_Between(const UsdResolveInfo& info, VtValue* value, dou
 void Usd_ValueResolver::_Localize(const UsdResolveInfo& info, VtValue* value) const
 {
     Usd_ApplyLayerOffset(info._layerToStageOffset, value);
-    Usd_ResolveAssetPaths(info._layer, Usd_StageImpl::Of(*_prim->GetStage()).resolverContext, value);
+    Usd_ResolveAssetPaths(
+        info._layer, Usd_StageImpl::Of(*_prim->GetStage()).resolverContext,
+        [&](const std::string& text) {
+            for (Usd_PropertySites sites(*_prim, _name); sites; ++sites) {
+                if (SdfLayerHandle(&sites.GetLayer()) == info._layer && sites.GetPath() == info._specPath) {
+                    return Usd_EvaluateExpression(*sites.GetNode().layerStack, text, sites.GetLayer(),
+                                                  sites.GetPath());
+                }
+            }
+            return text;
+        },
+        value);
 }
 
 std::vector<double> Usd_ValueResolver::GetTimeSamples(const UsdResolveInfo& info,

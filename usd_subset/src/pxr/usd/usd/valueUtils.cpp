@@ -1,5 +1,6 @@
 #include "pxr/usd/usd/valueUtils.h"
 
+#include <pxr/base/tf/diagnostic.h>
 #include <pxr/base/vt/array.h>
 #include <pxr/base/vt/dictionary.h>
 #include <pxr/usd/ar/resolver.h>
@@ -8,18 +9,28 @@
 #include <pxr/usd/sdf/layerUtils.h>
 #include <pxr/usd/sdf/timeCode.h>
 #include <pxr/usd/sdf/types.h>
+#include <pxr/usd/sdf/variableExpression.h>
 
 PXR_NAMESPACE_OPEN_SCOPE
 
 namespace {
 
-SdfAssetPath resolved(const SdfLayerHandle& layer, const SdfAssetPath& path)
+using Evaluate = std::function<std::string(const std::string&)>;
+
+SdfAssetPath resolved(const SdfLayerHandle& layer, const Evaluate& evaluate, const SdfAssetPath& path)
 {
-    if (path.GetAssetPath().empty()) {
-        return path;
+    std::string text = path.GetAssetPath();
+    if (SdfVariableExpression::IsExpression(text)) {
+        text = evaluate(text);
+        if (text == path.GetAssetPath()) {
+            return path; // it cannot be evaluated
+        }
     }
-    const std::string anchored = SdfComputeAssetPathRelativeToLayer(layer, path.GetAssetPath());
-    return SdfAssetPath(path.GetAssetPath(), ArGetResolver().Resolve(anchored).GetPathString());
+    if (text.empty()) {
+        return SdfAssetPath();
+    }
+    const std::string anchored = SdfComputeAssetPathRelativeToLayer(layer, text);
+    return SdfAssetPath(text, ArGetResolver().Resolve(anchored).GetPathString());
 }
 
 template <class Function>
@@ -61,20 +72,34 @@ void Usd_ApplyLayerOffset(const SdfLayerOffset& offset, VtValue* value)
     }
 }
 
-void Usd_ResolveAssetPaths(const SdfLayerHandle& layer, const ArResolverContext& context, VtValue* value)
+std::string Usd_EvaluateExpression(const Usd_LayerStack& layerStack, const std::string& text,
+                                   const SdfLayer& layer, const SdfPath& path)
+{
+    std::string why;
+    const std::string evaluated = layerStack.Evaluate(text, &why);
+    if (why.empty()) {
+        return evaluated;
+    }
+    TF_WARN("The expression %s was left as it is: %s It is written on <%s> in @%s@.", text.c_str(), why.c_str(),
+            path.GetText(), layer.GetIdentifier().c_str());
+    return text;
+}
+
+void Usd_ResolveAssetPaths(const SdfLayerHandle& layer, const ArResolverContext& context,
+                           const Evaluate& evaluate, VtValue* value)
 {
     if (value->IsHolding<SdfAssetPath>()) {
         const ArResolverContextBinder binder(context);
-        *value = resolved(layer, value->UncheckedGet<SdfAssetPath>());
+        *value = resolved(layer, evaluate, value->UncheckedGet<SdfAssetPath>());
     } else if (value->IsHolding<VtArray<SdfAssetPath>>()) {
         const ArResolverContextBinder binder(context);
         VtArray<SdfAssetPath> paths = value->UncheckedGet<VtArray<SdfAssetPath>>();
         for (SdfAssetPath& path : paths) {
-            path = resolved(layer, path);
+            path = resolved(layer, evaluate, path);
         }
         *value = VtValue::Take(paths);
     } else if (value->IsHolding<VtDictionary>()) {
-        forEachInDictionary(value, [&](VtValue* content) { Usd_ResolveAssetPaths(layer, context, content); });
+        forEachInDictionary(value, [&](VtValue* content) { Usd_ResolveAssetPaths(layer, context, evaluate, content); });
     }
 }
 

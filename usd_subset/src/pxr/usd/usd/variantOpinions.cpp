@@ -1,5 +1,7 @@
 #include "pxr/usd/usd/variantOpinions.h"
 
+#include "pxr/usd/usd/siteArcs.h"
+
 #include <pxr/usd/sdf/listOp.h>
 #include <pxr/usd/sdf/schema.h>
 #include <pxr/usd/sdf/types.h>
@@ -12,24 +14,12 @@ std::vector<std::string> Usd_VariantOpinions::GetSetNames() const
 {
     // The sets of each place in their own order, those of stronger places first.
     std::vector<std::string> names;
-    const std::vector<Usd_SpecSite>& sites = _index.GetSites();
-    for (auto first = sites.begin(); first != sites.end();) {
-        const auto last = std::find_if(
-            first, sites.end(), [first](const Usd_SpecSite& site) { return site.node != first->node; });
-        std::vector<std::string> here;
-        for (auto site = last; site != first;) {
-            --site;
-            SdfStringListOp edits;
-            if (site->layer->HasField(site->path, SdfFieldKeys->VariantSetNames, &edits)) {
-                edits.ApplyOperations(&here);
-            }
-        }
-        for (const std::string& name : here) {
+    for (const Usd_PrimIndexNode& node : _index.GetNodes()) {
+        for (const std::string& name : Usd_FindVariantSets(*node.layerStack, _index.GetSitePath(node))) {
             if (std::find(names.begin(), names.end(), name) == names.end()) {
                 names.push_back(name);
             }
         }
-        first = last;
     }
     return names;
 }
@@ -37,11 +27,13 @@ std::vector<std::string> Usd_VariantOpinions::GetSetNames() const
 std::set<std::string> Usd_VariantOpinions::GetVariantNames(const std::string& setName) const
 {
     std::set<std::string> names;
-    for (const Usd_SpecSite& site : _index.GetSites()) {
-        const SdfPath setPath = site.path.AppendVariantSelection(setName, std::string());
-        TfTokenVector variants;
-        if (site.layer->HasField(setPath, SdfChildrenKeys->VariantChildren, &variants)) {
-            names.insert(variants.begin(), variants.end());
+    for (const Usd_PrimIndexNode& node : _index.GetNodes()) {
+        const SdfPath setPath = _index.GetSitePath(node).AppendVariantSelection(setName, std::string());
+        for (const Usd_LayerStack::Entry& entry : node.layerStack->GetEntries()) {
+            TfTokenVector variants;
+            if (entry.layer->HasField(setPath, SdfChildrenKeys->VariantChildren, &variants)) {
+                names.insert(variants.begin(), variants.end());
+            }
         }
     }
     return names;
@@ -64,17 +56,13 @@ bool Usd_VariantOpinions::GetAuthoredSelection(const std::string& setName, std::
 
 std::string Usd_VariantOpinions::GetSelection(const std::string& setName) const
 {
-    for (const Usd_SpecSite& site : _index.GetSites()) {
-        if (site.path.IsPrimVariantSelectionPath() && site.path.GetVariantSelection().first == setName) {
-            return site.path.GetVariantSelection().second;
+    for (const Usd_PrimIndexNode& node : _index.GetNodes()) {
+        const SdfPath path = node.arc == Usd_ArcType::Variant ? _index.GetSitePath(node) : SdfPath();
+        if (path.IsPrimVariantSelectionPath() && path.GetVariantSelection().first == setName) {
+            return path.GetVariantSelection().second;
         }
     }
-    // Selected, but without anything in it.
-    const std::vector<std::string> sets = GetSetNames();
-    std::string selection;
-    return std::count(sets.begin(), sets.end(), setName) && GetAuthoredSelection(setName, &selection)
-               ? selection
-               : std::string();
+    return std::string();
 }
 
 PXR_NAMESPACE_CLOSE_SCOPE
