@@ -95,10 +95,10 @@ TEST(Expressions, CallFunctions)
 
 TEST(Expressions, RefuseWhatDoesNotFit)
 {
-    for (const char* text : {"if(1, 2, 3)", "if(true, 1, \"a\")", "eq(1, \"a\")", "and(true, 1)", "not(1)",
-                             "at(${L}, 2)", "at(3, 0)", "len(3)", "contains(${L}, 1)", "[1, \"a\"]", "nope(1)",
-                             "if(true)", "1 2", "\"a", "[1, 2", "99999999999999999999", "lt(None, None)",
-                             "defined(1)", "${1}"}) {
+    for (const char* text :
+         {"if(1, 2, 3)", "if(true, 1, \"a\")", "eq(1, \"a\")", "and(true, 1)", "not(1)", "at(${L}, 2)",
+          "at(3, 0)", "len(3)", "contains(${L}, 1)", "[1, \"a\"]", "nope(1)", "if(true)", "1 2", "\"a",
+          "[1, 2", "99999999999999999999", "lt(None, None)", "defined(1)", "${1}"}) {
         EXPECT_TRUE(isError(text)) << text;
     }
     EXPECT_EQ(evaluate("eq(None, None)"), VtValue(true));

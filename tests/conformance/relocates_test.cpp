@@ -115,7 +115,8 @@ TEST(Relocates, BringInTheClassesOfTheOldPlace)
 
 TEST(Relocates, CountAsSoonAsTheyAreWritten)
 {
-    const Scene scene({{"root.usda", R"(def "P" ( prepend references = @a.usda@</Model> ) {})"}, {"a.usda", kModel}});
+    const Scene scene(
+        {{"root.usda", R"(def "P" ( prepend references = @a.usda@</Model> ) {})"}, {"a.usda", kModel}});
     const SdfLayerHandle root = scene.GetStage()->GetRootLayer();
     root->SetRelocates({{SdfPath("/P/Rig"), SdfPath("/P/Base")}});
     EXPECT_THAT(scene.GetChildren("/P"), ElementsAre("Base", "Geo"));

@@ -16,11 +16,18 @@ namespace conformance {
 
 namespace {
 
-// Statements of the text format end with their line.
+// Statements of the text format end with their line. What is quoted stays as it is.
 std::string WithLines(const std::string& text)
 {
     std::string lines;
-    for (const char c : text) {
+    for (size_t i = 0; i < text.size(); ++i) {
+        const char c = text[i];
+        const size_t end = c == '"' || c == '@' ? text.find(c, i + 1) : std::string::npos;
+        if (end != std::string::npos) {
+            lines.append(text, i, end - i + 1);
+            i = end;
+            continue;
+        }
         switch (c) {
         case ';':
             lines += '\n';

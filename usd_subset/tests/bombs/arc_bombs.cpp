@@ -96,7 +96,7 @@ void addArcsOf(const std::string& kind, const std::vector<const char*>& names, s
             return numbered(60, [&](size_t i) { return twins(i, to); }) + prim("A60", "") + prim("B60", "");
         },
         122, "lead to more than 1000 places");
-    add([=] { return stairs(20000, to); }, 40002, "lead on through more than 100 others");
+    add([=] { return stairs(20000, to); }, 40002, "lead on below root prims more than 20 times");
 }
 
 } // namespace

@@ -18,8 +18,8 @@ PXR_NAMESPACE_OPEN_SCOPE
 
 struct Sdf_ExpressionNode;
 
-/// A parsed expression: text between backquotes that evaluates to a string, a whole number, true or false, a list of
-/// one of them, or nothing. It does not change once it is made. Thread: any.
+/// A parsed expression: text between backquotes that evaluates to a string, a whole number, true or false, a
+/// list of one of them, or nothing. It does not change once it is made. Thread: any.
 class SdfVariableExpression
 {
 public:

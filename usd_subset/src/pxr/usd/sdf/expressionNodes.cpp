@@ -85,7 +85,8 @@ Result callIf(const std::vector<VtValue>& arguments)
         return fail("if: the condition must be true or false.");
     }
     const VtValue otherwise = arguments.size() > 2 ? arguments[2] : VtValue();
-    if (!arguments[1].IsEmpty() && !otherwise.IsEmpty() && arguments[1].GetTypeid() != otherwise.GetTypeid()) {
+    if (!arguments[1].IsEmpty() && !otherwise.IsEmpty() &&
+        arguments[1].GetTypeid() != otherwise.GetTypeid()) {
         return fail("if: both values must be of one type.");
     }
     return {condition.UncheckedGet<bool>() ? arguments[1] : otherwise, {}};
@@ -114,7 +115,8 @@ Result callContains(const VtValue& where, const VtValue& what)
         const auto& text = where.UncheckedGet<std::string>();
         return {VtValue(text.find(what.UncheckedGet<std::string>()) != std::string::npos), {}};
     }
-    if (!listContains<std::string>(where, what, &result) && !listContains<std::int64_t>(where, what, &result)) {
+    if (!listContains<std::string>(where, what, &result) &&
+        !listContains<std::int64_t>(where, what, &result)) {
         listContains<bool>(where, what, &result);
     }
     return result;
@@ -162,10 +164,10 @@ struct Function
 };
 
 constexpr size_t kMany = SIZE_MAX;
-constexpr Function kFunctions[] = {{"if", 2, 3},       {"eq", 2, 2},   {"neq", 2, 2},  {"lt", 2, 2},
-                                   {"leq", 2, 2},      {"gt", 2, 2},   {"geq", 2, 2},  {"and", 2, kMany},
-                                   {"or", 2, kMany},   {"not", 1, 1},  {"contains", 2, 2}, {"at", 2, 2},
-                                   {"len", 1, 1},      {"defined", 1, kMany}};
+constexpr Function kFunctions[] = {
+    {"if", 2, 3},       {"eq", 2, 2},  {"neq", 2, 2},     {"lt", 2, 2},         {"leq", 2, 2},
+    {"gt", 2, 2},       {"geq", 2, 2}, {"and", 2, kMany}, {"or", 2, kMany},     {"not", 1, 1},
+    {"contains", 2, 2}, {"at", 2, 2},  {"len", 1, 1},     {"defined", 1, kMany}};
 
 } // namespace
 
@@ -174,8 +176,9 @@ bool Sdf_CheckCall(const std::string& function, size_t arguments, std::string* e
     for (const Function& known : kFunctions) {
         if (function == known.name) {
             const bool fits = arguments >= known.least && arguments <= known.most;
-            *error = fits ? std::string()
-                          : TfStringPrintf("function '%s' does not take %zu arguments", known.name, arguments);
+            *error = fits
+                         ? std::string()
+                         : TfStringPrintf("function '%s' does not take %zu arguments", known.name, arguments);
             return fits;
         }
     }
@@ -212,15 +215,19 @@ std::string Sdf_ExpressionEvaluator::DescribeType(const VtValue& value)
 Result Sdf_ExpressionEvaluator::Evaluate(const Sdf_ExpressionNode& node)
 {
     switch (node.kind) {
-    case Sdf_ExpressionNode::Kind::Constant: return {node.value, {}};
-    case Sdf_ExpressionNode::Kind::Text: return _EvaluateText(node);
-    case Sdf_ExpressionNode::Kind::List: return _EvaluateList(node);
+    case Sdf_ExpressionNode::Kind::Constant:
+        return {node.value, {}};
+    case Sdf_ExpressionNode::Kind::Text:
+        return _EvaluateText(node);
+    case Sdf_ExpressionNode::Kind::List:
+        return _EvaluateList(node);
     case Sdf_ExpressionNode::Kind::Variable: {
         bool exists = false;
         Result result = _EvaluateVariable(node.text, &exists);
         return exists ? result : fail(TfStringPrintf("Variable '%s' has no value.", node.text.c_str()));
     }
-    case Sdf_ExpressionNode::Kind::Call: break;
+    case Sdf_ExpressionNode::Kind::Call:
+        break;
     }
     std::vector<VtValue> arguments;
     std::vector<std::string> errors;

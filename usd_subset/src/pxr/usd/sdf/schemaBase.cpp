@@ -4,6 +4,7 @@
 #include <pxr/usd/sdf/path.h>
 #include <pxr/usd/sdf/schema.h>
 #include <pxr/usd/sdf/valueTypeName.h>
+#include <pxr/usd/sdf/variableExpression.h>
 
 #include <algorithm>
 #include <cctype>
@@ -157,7 +158,8 @@ SdfAllowed SdfSchemaBase::IsValidVariantIdentifier(const std::string& name)
 
 SdfAllowed SdfSchemaBase::IsValidVariantSelection(const std::string& selection)
 {
-    return IsValidVariantIdentifier(selection);
+    return SdfVariableExpression::IsExpression(selection) ? SdfAllowed(true)
+                                                          : IsValidVariantIdentifier(selection);
 }
 
 SdfAllowed SdfSchemaBase::IsValidValue(const VtValue& value) const

@@ -75,8 +75,8 @@ void Usd_ChangeProcessor::_ProcessRootEntry(const SdfLayerHandle& layer, const _
 {
     bool isSignificant = entry.flags.didReplaceContent || entry.flags.didChangeIdentifier ||
                          entry.HasInfoChange(SdfFieldKeys->LayerRelocates) ||
-                         entry.HasInfoChange(SdfFieldKeys->ExpressionVariables) ||
-                         _ChangesOffsets(entry) || _ChangesRate(entry);
+                         entry.HasInfoChange(SdfFieldKeys->ExpressionVariables) || _ChangesOffsets(entry) ||
+                         _ChangesRate(entry);
     for (const auto& change : entry.subLayerChanges) {
         // An empty layer takes part without changing anything.
         _layerStackChanged = true;

@@ -35,7 +35,8 @@ public:
     /// @param warn gets one sentence for each sublayer that is missing, broken, in a cycle or has a useless
     /// offset
     Usd_LayerStack(const SdfLayerRefPtr& rootLayer, const SdfLayerRefPtr& sessionLayer,
-                   const Usd_LayerStack* referrer, const std::set<std::string>& mutedLayers, const Warn& warn);
+                   const Usd_LayerStack* referrer, const std::set<std::string>& mutedLayers,
+                   const Warn& warn);
 
     /// Strongest first.
     const Entries& GetEntries() const { return _entries; }
@@ -46,11 +47,11 @@ public:
 
     /// What variables in expressions stand for in all layers of the stack.
     const VtDictionary& GetExpressionVariables() const { return _variables; }
-    /// The layer stack, this one or one that refers to it, that gave the variables their values. Layer stacks of the
-    /// same layers and the same source are the same.
+    /// The layer stack, this one or one that refers to it, that gave the variables their values. Layer stacks
+    /// of the same layers and the same source are the same.
     const Usd_LayerStack* GetVariablesSource() const { return _variablesSource; }
-    /// The text that an expression stands for; empty, with the reason in words, when there is none. Text that is
-    /// no expression stays.
+    /// The text that an expression stands for; empty, with the reason in words, when there is none. Text that
+    /// is no expression stays.
     std::string Evaluate(const std::string& text, std::string* why) const;
     /// The prims that the layers move.
     const Usd_Relocates& GetRelocates() const { return _relocates; }

@@ -261,8 +261,8 @@ bool Usd_PrimGraph::_CullSites(int node, const std::vector<int>& sites)
     for (const int child : (*this)[node].children) {
         areChildrenCulled = _CullSites(child, sites) && areChildrenCulled;
     }
-    if (areChildrenCulled && std::any_of(sites.begin(), sites.end(),
-                                         [this, node](int site) { return HasSameSite(site, node); })) {
+    if (areChildrenCulled &&
+        std::any_of(sites.begin(), sites.end(), [this, node](int site) { return HasSameSite(site, node); })) {
         SetCulled(node);
     }
     return (*this)[node].isCulled;

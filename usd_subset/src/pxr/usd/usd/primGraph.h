@@ -45,8 +45,8 @@ public:
     void AppendChild(const TfToken& name);
     /// Marks nodes that contribute nothing, here or below.
     void Cull(const Usd_LayerStackPtr& rootStack);
-    /// Removes the nodes that are culled, but for those that the order of others needs. The rest comes to stand
-    /// in the order of strength.
+    /// Removes the nodes that are culled, but for those that the order of others needs. The rest comes to
+    /// stand in the order of strength.
     void RemoveCulled();
 
     void SetInert(int node, bool isInert);
@@ -102,6 +102,7 @@ private:
 int Usd_GetNamespaceDepth(const SdfPath& path);
 
 /// The layers of a layer stack that have a spec at a path, strongest first.
-std::vector<const Usd_LayerStack::Entry*> Usd_FindSpecs(const Usd_LayerStack& layerStack, const SdfPath& path);
+std::vector<const Usd_LayerStack::Entry*> Usd_FindSpecs(const Usd_LayerStack& layerStack,
+                                                        const SdfPath& path);
 
 PXR_NAMESPACE_CLOSE_SCOPE

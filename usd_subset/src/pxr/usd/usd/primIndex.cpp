@@ -14,13 +14,15 @@ namespace {
 
 using NameSet = std::unordered_set<TfToken, TfToken::HashFunctor>;
 
-// Moves names of children as the relocates of a layer stack say of the prim at a path. Names that something was
-// moved away from can be used no more; they are collected.
-void relocateNames(const Usd_Relocates& relocates, const SdfPath& path, TfTokenVector* names, NameSet* prohibited)
+// Moves names of children as the relocates of a layer stack say of the prim at a path. Names that something
+// was moved away from can be used no more; they are collected.
+void relocateNames(const Usd_Relocates& relocates, const SdfPath& path, TfTokenVector* names,
+                   NameSet* prohibited)
 {
     std::map<TfToken, TfToken> renamed;
     const auto& targets = relocates.GetTargets();
-    for (auto each = targets.lower_bound(path); each != targets.end() && each->first.HasPrefix(path); ++each) {
+    for (auto each = targets.lower_bound(path); each != targets.end() && each->first.HasPrefix(path);
+         ++each) {
         if (each->first.GetParentPath() == path) {
             const bool stays = each->second.GetParentPath() == path;
             renamed[each->first.GetNameToken()] = stays ? each->second.GetNameToken() : TfToken();
@@ -30,7 +32,8 @@ void relocateNames(const Usd_Relocates& relocates, const SdfPath& path, TfTokenV
     NameSet known(names->begin(), names->end());
     std::set<TfToken> added;
     const auto& sources = relocates.GetSources();
-    for (auto each = sources.lower_bound(path); each != sources.end() && each->first.HasPrefix(path); ++each) {
+    for (auto each = sources.lower_bound(path); each != sources.end() && each->first.HasPrefix(path);
+         ++each) {
         if (each->first.GetParentPath() == path && each->second.GetParentPath() != path &&
             !known.count(each->first.GetNameToken())) {
             added.insert(each->first.GetNameToken());

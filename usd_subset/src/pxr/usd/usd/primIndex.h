@@ -40,7 +40,7 @@ struct Usd_PrimIndexNode
     Usd_LayerStackPtr layerStack;
     Usd_PathMapping toParent; ///< paths and times of the node's namespace to those of its parent
     Usd_PathMapping toStage;  ///< the same to those of the index's root
-    SdfPath path;             ///< of the site, variant selections included, for the prim that nodes were made for
+    SdfPath path; ///< of the site, variant selections included, for the prim that nodes were made for
     Usd_ArcType arc = Usd_ArcType::Root;
     bool isInert = false;         ///< whether what is written there is left out
     bool isCulled = false;        ///< whether only the order of others needs it

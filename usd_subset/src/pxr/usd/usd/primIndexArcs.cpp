@@ -15,9 +15,11 @@ constexpr int kMaxNodes = 1000;
 constexpr int kMaxAdded = 20 * kMaxNodes; // those included that lead nowhere in the end
 // Each arc on the way costs as much as all before it.
 constexpr int kMaxArcDepth = 100;
+// The same for arcs below root prims, each of which is composed for the one before.
+constexpr int kMaxFrames = 20;
 
-// Where internal references lead within one layer stack, all other paths map, too; payloads are not asked for by
-// these.
+// Where internal references lead within one layer stack, all other paths map, too; payloads are not asked for
+// by these.
 SdfPath mapByArc(const Usd_PathMapping& mapping, Usd_ArcType arc, const SdfPath& path)
 {
     const bool isAssetArc = arc == Usd_ArcType::Reference || arc == Usd_ArcType::Payload;
@@ -145,6 +147,17 @@ bool Usd_PrimIndexBuilder::_IsTooMuch(int parent)
                                            _path.GetText(), kMaxNodes));
         return true;
     }
+    int frames = 0;
+    for (const _Frame* frame = _frame; frame; frame = frame->outer._frame) {
+        ++frames;
+    }
+    if (frames >= kMaxFrames) {
+        _indexer.WarnOnceOf(
+            "frames", TfStringPrintf("The arcs of prim <%s> lead on below root prims more than %d times; "
+                                     "the rest was left out, here and on other prims that do so.",
+                                     _path.GetText(), kMaxFrames));
+        return true;
+    }
     if (_GetArcDepth(parent) >= kMaxArcDepth) {
         _indexer.WarnOnceOf("arcs",
                             TfStringPrintf("The arcs of prim <%s> lead on through more than %d others; the "
@@ -158,9 +171,10 @@ bool Usd_PrimIndexBuilder::_IsTooMuch(int parent)
 int Usd_PrimIndexBuilder::_AddArc(Usd_GraphNode arc, _ArcOptions options)
 {
     if (_MakesCycle(arc)) {
-        _Warn(arc.parent, TfStringPrintf("The arc to <%s> was left out: it leads back to where it comes from. "
-                                         "Remove the cycle.",
-                                         arc.path.GetText()));
+        _Warn(arc.parent,
+              TfStringPrintf("The arc to <%s> was left out: it leads back to where it comes from. "
+                             "Remove the cycle.",
+                             arc.path.GetText()));
         return -1;
     }
     options.skipsDuplicates = options.skipsDuplicates || (_frame && _frame->skipsDuplicates);
@@ -282,8 +296,8 @@ void Usd_PrimIndexBuilder::_FollowPayloads(int node)
     }
 }
 
-// The load rules are asked at the path that the node has on the stage. Where it has none, above the target of an
-// arc, nobody could ask for the payload, and it is there.
+// The load rules are asked at the path that the node has on the stage. Where it has none, above the target of
+// an arc, nobody could ask for the payload, and it is there.
 bool Usd_PrimIndexBuilder::_IsPayloadIncluded(int node) const
 {
     SdfPath path = mapToRoot(_graph, node, _graph[node].path.StripAllVariantSelections());
@@ -313,13 +327,15 @@ bool Usd_PrimIndexBuilder::_HasSpecsBelow(int node) const
 // What references and payloads lead to must exist.
 void Usd_PrimIndexBuilder::_CheckTarget(int node)
 {
-    const SdfPath path = _graph.GetPathAtIntroduction(node);
-    if (!_HasSpecsBelow(node)) {
-        _Warn(_graph[node].parent,
-              TfStringPrintf("The arc to @%s@<%s> leads to no prim.",
-                             _graph[node].layerStack->GetRootLayer()->GetIdentifier().c_str(),
-                             path.GetText()));
+    if (_HasSpecsBelow(node)) {
+        return;
     }
+    const int parent = _graph[node].parent;
+    const bool isInternal = _graph[parent].layerStack == _graph[node].layerStack;
+    _Warn(parent,
+          TfStringPrintf("The arc to @%s@<%s> leads to no prim.",
+                         isInternal ? "" : _graph[node].layerStack->GetRootLayer()->GetIdentifier().c_str(),
+                         _graph.GetPathAtIntroduction(node).GetText()));
 }
 
 PXR_NAMESPACE_CLOSE_SCOPE

@@ -15,9 +15,7 @@ Usd_PrimIndexBuilder::Usd_PrimIndexBuilder(Usd_PrimIndexer& indexer, const SdfPa
 {}
 
 Usd_PrimIndexBuilder::Usd_PrimIndexBuilder(const _Frame& frame)
-    : _indexer(frame.outer._indexer),
-      _frame(&frame),
-      _path(frame.outer._path)
+    : _indexer(frame.outer._indexer), _frame(&frame), _path(frame.outer._path)
 {}
 
 Usd_PrimIndexPtr Usd_PrimIndexBuilder::Build(const Usd_PrimIndex& parent)
@@ -115,8 +113,7 @@ bool Usd_PrimIndexBuilder::_IsLess(const _Task& a, const _Task& b) const
 
 void Usd_PrimIndexBuilder::_AddTask(_Task task)
 {
-    const bool isOnce =
-        task.type == _TaskType::ImpliedClasses || task.type == _TaskType::ImpliedSpecializes;
+    const bool isOnce = task.type == _TaskType::ImpliedClasses || task.type == _TaskType::ImpliedSpecializes;
     if (isOnce && !_waiting.emplace(task.type, task.node).second) {
         return;
     }
@@ -156,13 +153,16 @@ void Usd_PrimIndexBuilder::_Do(const _Task& task)
 {
     const bool counts = _graph[task.node].CanContribute();
     switch (task.type) {
-    case _TaskType::Relocations: return counts ? _FollowRelocation(task.node) : void();
-    case _TaskType::ImpliedRelocations: return _FollowImpliedRelocation(task.node);
+    case _TaskType::Relocations:
+        return counts ? _FollowRelocation(task.node) : void();
+    case _TaskType::ImpliedRelocations:
+        return _FollowImpliedRelocation(task.node);
     case _TaskType::References:
         return counts ? _FollowAssetArcs(task.node, Usd_FindReferences(_graph[task.node], _indexer),
                                          Usd_ArcType::Reference)
                       : void();
-    case _TaskType::Payloads: return counts ? _FollowPayloads(task.node) : void();
+    case _TaskType::Payloads:
+        return counts ? _FollowPayloads(task.node) : void();
     case _TaskType::Inherits:
         return counts ? _FollowClassArcs(task.node, Usd_FindInherits(_graph[task.node]), Usd_ArcType::Inherit)
                       : void();
@@ -170,18 +170,27 @@ void Usd_PrimIndexBuilder::_Do(const _Task& task)
         return counts ? _FollowClassArcs(task.node, Usd_FindSpecializes(_graph[task.node]),
                                          Usd_ArcType::Specialize)
                       : void();
-    case _TaskType::ImpliedClasses: return _ImplyClasses(task.node);
-    case _TaskType::ImpliedSpecializes: return _ImplySpecializes(task.node);
-    case _TaskType::AncestralVariantSets: return _FindAncestralVariantSets(task.node);
+    case _TaskType::ImpliedClasses:
+        return _ImplyClasses(task.node);
+    case _TaskType::ImpliedSpecializes:
+        return _ImplySpecializes(task.node);
+    case _TaskType::AncestralVariantSets:
+        return _FindAncestralVariantSets(task.node);
     case _TaskType::VariantSets:
         return counts ? _FindVariantSets(task.node, _graph[task.node].path, false) : void();
-    case _TaskType::AncestralVariantAuthored: return _FollowVariant(task, true);
-    case _TaskType::VariantAuthored: return _FollowVariant(task, false);
-    case _TaskType::AncestralVariantFallback: return _FollowFallback(task, true);
-    case _TaskType::VariantFallback: return _FollowFallback(task, false);
+    case _TaskType::AncestralVariantAuthored:
+        return _FollowVariant(task, true);
+    case _TaskType::VariantAuthored:
+        return _FollowVariant(task, false);
+    case _TaskType::AncestralVariantFallback:
+        return _FollowFallback(task, true);
+    case _TaskType::VariantFallback:
+        return _FollowFallback(task, false);
     case _TaskType::AncestralVariantNone:
-    case _TaskType::VariantNone: return;
-    case _TaskType::UnresolvedPath: return _CheckTarget(task.node);
+    case _TaskType::VariantNone:
+        return;
+    case _TaskType::UnresolvedPath:
+        return _CheckTarget(task.node);
     }
 }
 

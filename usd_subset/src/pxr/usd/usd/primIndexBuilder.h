@@ -18,8 +18,8 @@ class Usd_PrimIndexer;
 /// warning each.
 ///
 /// What is found is worked off in the order of tasks, because some arcs decide on others: variants are chosen
-/// when everything that may select them is there. An arc that leads below a root prim is followed by a builder
-/// of its own, which composes what is above its target; its graph becomes a part of this one.
+/// when everything that may select them is there. An arc that leads below a root prim is followed by a
+/// builder of its own, which composes what is above its target; its graph becomes a part of this one.
 class Usd_PrimIndexBuilder
 {
 public:
@@ -68,11 +68,11 @@ private:
     /// How an arc is added.
     struct _ArcOptions
     {
-        bool contributes = true;        // whether what is written at the site itself counts
-        bool withAncestors = false;     // whether what is composed above the site counts
-        bool skipsDuplicates = false;   // whether sites that are there already are left out
-        bool skipsSpecializes = false;  // whether what is specialized is where it should be
-        bool skipsWrittenArcs = false;  // whether arcs at the site are followed already
+        bool contributes = true;       // whether what is written at the site itself counts
+        bool withAncestors = false;    // whether what is composed above the site counts
+        bool skipsDuplicates = false;  // whether sites that are there already are left out
+        bool skipsSpecializes = false; // whether what is specialized is where it should be
+        bool skipsWrittenArcs = false; // whether arcs at the site are followed already
     };
 
     explicit Usd_PrimIndexBuilder(const _Frame& frame);
@@ -154,11 +154,11 @@ private:
     const _Frame* _frame; // null for the prim itself
     SdfPath _path;        // of the prim
     Usd_PrimGraph _graph;
-    std::vector<_Task> _tasks; // a heap, the next one in front
+    std::vector<_Task> _tasks;                    // a heap, the next one in front
     std::set<std::pair<_TaskType, int>> _waiting; // tasks that are added once only
     bool _hasPayloads = false;
     int _loaded = 0; // nodes that came from the parent's index
-    int _added = 0; // nodes, those of builders for arcs included; of the outermost builder
+    int _added = 0;  // nodes, those of builders for arcs included; of the outermost builder
 };
 
 PXR_NAMESPACE_CLOSE_SCOPE

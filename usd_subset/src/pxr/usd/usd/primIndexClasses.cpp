@@ -81,8 +81,8 @@ int Usd_PrimIndexBuilder::_FindChildLike(int parent, Usd_ArcType parentArc, cons
     return -1;
 }
 
-// Classes of classes are implied as a whole, from the prim on that has the first of them. A class that is inherited
-// above belongs to it, too, unless the next one lies inside.
+// Classes of classes are implied as a whole, from the prim on that has the first of them. A class that is
+// inherited above belongs to it, too, unless the next one lies inside.
 int Usd_PrimIndexBuilder::_FindImpliedClassStart(int node) const
 {
     int start = node;
@@ -107,7 +107,8 @@ void Usd_PrimIndexBuilder::_ImplyClasses(int node)
     _ImplyClassTree(_graph[node].parent, node, _graph[node].toParent.AddRootIdentity(), true);
 }
 
-void Usd_PrimIndexBuilder::_ImplyClassTree(int target, int source, const Usd_PathMapping& transfer, bool isStart)
+void Usd_PrimIndexBuilder::_ImplyClassTree(int target, int source, const Usd_PathMapping& transfer,
+                                           bool isStart)
 {
     if (_graph[target].arc == Usd_ArcType::Relocate) {
         // Classes concern the prim where it is now.
@@ -119,8 +120,9 @@ void Usd_PrimIndexBuilder::_ImplyClassTree(int target, int source, const Usd_Pat
     const std::vector<int> children = _graph[source].children;
     for (const int child : children) {
         // The next class of the chain that the source itself belongs to is no class of the target.
-        const bool isChain = isStart && Usd_IsClassArc(_graph[source].arc) &&
-                             _graph.GetDepthBelowIntroduction(source) == _graph.GetDepthBelowIntroduction(child);
+        const bool isChain =
+            isStart && Usd_IsClassArc(_graph[source].arc) &&
+            _graph.GetDepthBelowIntroduction(source) == _graph.GetDepthBelowIntroduction(child);
         if (Usd_IsClassArc(_graph[child].arc) && !isChain) {
             _ImplyClass(target, child, transfer);
         }
@@ -131,9 +133,8 @@ void Usd_PrimIndexBuilder::_ImplyClass(int target, int source, const Usd_PathMap
 {
     const Usd_PathMapping& written = _graph[source].toParent;
     const Usd_PathMapping implied =
-        transfer.IsIdentity()
-            ? written
-            : transfer.Compose(written.Compose(transfer.GetInverse())).AddRootIdentity();
+        transfer.IsIdentity() ? written
+                              : transfer.Compose(written.Compose(transfer.GetInverse())).AddRootIdentity();
     const std::vector<int>& siblings = _graph[target].children;
     const auto known = std::find_if(siblings.begin(), siblings.end(), [&](int sibling) {
         return _graph[sibling].origin == source && _graph[sibling].toParent == implied;
@@ -142,8 +143,7 @@ void Usd_PrimIndexBuilder::_ImplyClass(int target, int source, const Usd_PathMap
                                               : _AddClassArc(target, source, _graph[source].arc, implied,
                                                              _graph[source].sibling, source);
     if (added >= 0 && _graph.HasClassChild(source)) {
-        const Usd_PathMapping inner =
-            implied.GetInverse().Compose(transfer.Compose(_graph[source].toParent));
+        const Usd_PathMapping inner = implied.GetInverse().Compose(transfer.Compose(_graph[source].toParent));
         _ImplyClassTree(added, source, inner, false);
     }
 }
@@ -157,8 +157,9 @@ int Usd_PrimIndexBuilder::_FindSpecializeStart(int node) const
     return start;
 }
 
-// What a prim specializes is weaker than everything else: it stands at the root, among the weakest. What is found
-// below it there is moved back to where it was written, so that it is implied from there, and then to the root again.
+// What a prim specializes is weaker than everything else: it stands at the root, among the weakest. What is
+// found below it there is moved back to where it was written, so that it is implied from there, and then to
+// the root again.
 void Usd_PrimIndexBuilder::_ImplySpecializes(int node)
 {
     if (node == 0) {

@@ -35,8 +35,8 @@ void Usd_PrimIndexBuilder::_LeaveOutRelocated(int node)
     }
 }
 
-// A prim that was moved here takes the opinions from where it was, but for those that are written there in the
-// layers that move it.
+// A prim that was moved here takes the opinions from where it was, but for those that are written there in
+// the layers that move it.
 void Usd_PrimIndexBuilder::_FollowRelocation(int node)
 {
     const SdfPath source = _graph[node].layerStack->GetRelocates().FindSource(_graph[node].path);

@@ -156,7 +156,8 @@ std::string Usd_PrimIndexBuilder::_FindSelection(const _Task& task) const
             site = site.ReplacePrefix(variant.StripAllVariantSelections(), variant);
         }
         std::string selection;
-        if (Usd_FindVariantSelection(*_graph[at.second].layerStack, site, task.setName, _indexer, &selection)) {
+        if (Usd_FindVariantSelection(*_graph[at.second].layerStack, site, task.setName, _indexer,
+                                     &selection)) {
             return selection;
         }
     }

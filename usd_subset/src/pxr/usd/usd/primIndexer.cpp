@@ -65,7 +65,10 @@ std::shared_ptr<Usd_PrimIndex::Graph> Usd_PrimIndexer::MakeGraph() const
             }};
 }
 
-void Usd_PrimIndexer::Count(const Usd_PrimIndex::Graph& graph) const { *_stage.placeCount += graph.nodes.size(); }
+void Usd_PrimIndexer::Count(const Usd_PrimIndex::Graph& graph) const
+{
+    *_stage.placeCount += graph.nodes.size();
+}
 
 void Usd_PrimIndexer::AddDependency(const SdfPath& prim, const Usd_LayerStackPtr& layerStack,
                                     const SdfPath& site)

@@ -25,10 +25,12 @@ public:
     /// The layers of an asset. Null, with the reason in words, when it cannot be read; without one when it is
     /// muted.
     /// @param referrer the layers that lead there; their expression variables count there
-    Usd_LayerStackPtr FindLayerStack(const std::string& asset, const Usd_LayerStack& referrer, std::string* why);
+    Usd_LayerStackPtr FindLayerStack(const std::string& asset, const Usd_LayerStack& referrer,
+                                     std::string* why);
     /// Whether payloads on a prim of the stage are wanted.
     bool IsLoaded(const SdfPath& path) const;
-    /// Makes a graph that the stage counts the nodes of, once they are filled and Count() was called, until it goes.
+    /// Makes a graph that the stage counts the nodes of, once they are filled and Count() was called, until
+    /// it goes.
     std::shared_ptr<Usd_PrimIndex::Graph> MakeGraph() const;
     void Count(const Usd_PrimIndex::Graph& graph) const;
     /// Remembers that what is written at a site concerns a prim of the stage.

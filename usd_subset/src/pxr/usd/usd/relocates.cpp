@@ -74,11 +74,11 @@ void Usd_Relocates::Collecting::AddConflict(const SdfPath& source, const SdfPath
 {
     const Relocate& relocate = relocates.at(source);
     const Relocate& otherRelocate = relocates.at(other);
-    warn(TfStringPrintf("The relocate from <%s> to <%s> in @%s@ was left out: its %s the relocate from <%s> to "
-                        "<%s> in @%s@.",
-                        source.GetText(), relocate.target.GetText(), relocate.layer->GetIdentifier().c_str(),
-                        how, other.GetText(), otherRelocate.target.GetText(),
-                        otherRelocate.layer->GetIdentifier().c_str()));
+    warn(TfStringPrintf(
+        "The relocate from <%s> to <%s> in @%s@ was left out: its %s the relocate from <%s> to "
+        "<%s> in @%s@.",
+        source.GetText(), relocate.target.GetText(), relocate.layer->GetIdentifier().c_str(), how,
+        other.GetText(), otherRelocate.target.GetText(), otherRelocate.layer->GetIdentifier().c_str()));
     conflicting.insert(source);
 }
 

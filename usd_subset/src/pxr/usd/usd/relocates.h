@@ -12,8 +12,8 @@
 
 PXR_NAMESPACE_OPEN_SCOPE
 
-/// The prims that the layers of a layer stack move in namespace, and where to. A prim whose target is empty is
-/// removed.
+/// The prims that the layers of a layer stack move in namespace, and where to. A prim whose target is empty
+/// is removed.
 class Usd_Relocates
 {
 public:

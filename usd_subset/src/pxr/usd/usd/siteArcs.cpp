@@ -157,7 +157,9 @@ std::vector<std::string> Usd_FindVariantSets(const Usd_LayerStack& layerStack, c
 {
     return composeList<SdfStringListOp, std::string>(
         Usd_FindSpecs(layerStack, path), path, SdfFieldKeys->VariantSetNames,
-        [](const Usd_LayerStack::Entry&, const std::string& name) { return std::optional<std::string>(name); });
+        [](const Usd_LayerStack::Entry&, const std::string& name) {
+            return std::optional<std::string>(name);
+        });
 }
 
 bool Usd_FindVariantSelection(const Usd_LayerStack& layerStack, const SdfPath& path, const std::string& set,

@@ -17,11 +17,11 @@ class Usd_PrimIndexer;
 struct Usd_AssetArc
 {
     SdfLayer* source = nullptr; ///< the layer that says so
-    std::string asset;          ///< as it is written, expressions evaluated; empty for the site's own layer stack
-    std::string fullAsset;      ///< where it leads, seen from that layer
-    SdfPath primPath;           ///< empty for the default prim
-    SdfLayerOffset offset;      ///< from the asset's time to the site's layer stack's
-    SdfLayerOffset written;     ///< the part of it that is written with the arc
+    std::string asset;      ///< as it is written, expressions evaluated; empty for the site's own layer stack
+    std::string fullAsset;  ///< where it leads, seen from that layer
+    SdfPath primPath;       ///< empty for the default prim
+    SdfLayerOffset offset;  ///< from the asset's time to the site's layer stack's
+    SdfLayerOffset written; ///< the part of it that is written with the arc
 };
 
 /// Which composition arcs are written at a site.

@@ -43,7 +43,8 @@ public:
     void RebuildLayerStacks();
     /// The layers of an asset. Null, with the reason in words, when it cannot be read; without one when it is
     /// muted.
-    Usd_LayerStackPtr FindLayerStack(const std::string& asset, const Usd_LayerStack& referrer, std::string* why);
+    Usd_LayerStackPtr FindLayerStack(const std::string& asset, const Usd_LayerStack& referrer,
+                                     std::string* why);
     /// Listens to the layers that the stage is composed of now.
     void FollowLayers();
     std::set<SdfLayerRefPtr> GetUsedLayers() const;
@@ -90,7 +91,7 @@ private:
     void _OnLayersChanged(const SdfNotice::LayersDidChangeSentPerLayer& notice);
 
     std::map<SdfLayerRefPtr, TfNotice::Key> _followed;
-    std::set<std::string> _warnings;                       // their kinds
+    std::set<std::string> _warnings; // their kinds
     // By the root layer's identifier and the source of the expression variables.
     std::map<std::pair<std::string, const Usd_LayerStack*>, Usd_LayerStackPtr> _assetStacks;
     std::map<TfToken, TfToken> _fallbackTypes;

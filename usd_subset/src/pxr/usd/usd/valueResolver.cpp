@@ -137,8 +137,7 @@ bool Usd_ValueResolver::_Between(const UsdResolveInfo& info, VtValue* value, dou
     }
     VtValue after;
     if (!info._layer->QueryTimeSample(info._specPath, upper, &after) || after.GetTypeid() != wanted) {
-        *value = std::move(before);
-        return true;
+        after = before; // blended all the same, rounding included
     }
     *value = Usd_Interpolate(before, after, (time - lower) / (upper - lower));
     return true;

@@ -80,8 +80,8 @@ std::string Usd_EvaluateExpression(const Usd_LayerStack& layerStack, const std::
     if (why.empty()) {
         return evaluated;
     }
-    TF_WARN("The expression %s was left as it is: %s It is written on <%s> in @%s@.", text.c_str(), why.c_str(),
-            path.GetText(), layer.GetIdentifier().c_str());
+    TF_WARN("The expression %s was left as it is: %s It is written on <%s> in @%s@.", text.c_str(),
+            why.c_str(), path.GetText(), layer.GetIdentifier().c_str());
     return text;
 }
 
@@ -99,7 +99,8 @@ void Usd_ResolveAssetPaths(const SdfLayerHandle& layer, const ArResolverContext&
         }
         *value = VtValue::Take(paths);
     } else if (value->IsHolding<VtDictionary>()) {
-        forEachInDictionary(value, [&](VtValue* content) { Usd_ResolveAssetPaths(layer, context, evaluate, content); });
+        forEachInDictionary(
+            value, [&](VtValue* content) { Usd_ResolveAssetPaths(layer, context, evaluate, content); });
     }
 }
 
