@@ -1,5 +1,6 @@
 #include "chunk_building.h"
 
+#include <algorithm>
 #include <cmath>
 
 PXR_NAMESPACE_USING_DIRECTIVE
@@ -42,12 +43,22 @@ SdfPath moved(const SdfPath& path, const SdfPath& from, const SdfPath& to)
 
 bool isUsablePlace(const GfMatrix4d& matrix, const GfRange3d& box) { return isUsable(movedBox(matrix, box)); }
 
+bool SceneItem::isSolid() const
+{
+    const auto lets = [](const std::shared_ptr<const Material>& m) { return m && m->mayBeTransparent(); };
+    const std::vector<float>& own = geometry->opacities.values;
+    return displayOpacity >= 1.0f && !lets(materials.whole) &&
+           std::none_of(materials.subsets.begin(), materials.subsets.end(), lets) &&
+           std::all_of(own.begin(), own.end(), [](float opacity) { return opacity >= 1.0f; });
+}
+
 std::shared_ptr<const SceneGroup> makeGroup(std::vector<SceneItem> items)
 {
     auto group = std::make_shared<SceneGroup>();
     for (const SceneItem& item : items) {
         const GfRange3d own(item.geometry->lower.toGfd(), item.geometry->upper.toGfd());
         group->box.UnionWith(item.movesInGroup ? movedBox(item.toGroup, own) : own);
+        group->isSolid = group->isSolid && item.isSolid();
     }
     group->items = std::move(items);
     return group;
@@ -65,6 +76,7 @@ bool addGroup(SceneChunk& chunk, std::shared_ptr<const SceneGroup> group, const 
     placement.firstPrim = chunk.primCount;
     chunk.placements.push_back(placement);
     chunk.primCount += static_cast<std::uint32_t>(group->items.size());
+    chunk.isSolid = chunk.isSolid && group->isSolid;
     chunk.groups.push_back(std::move(group));
     return true;
 }
@@ -107,6 +119,7 @@ std::size_t addCopies(SceneChunk& chunk, const SceneChunk& prototype, const SdfP
         }
     }
     chunk.primCount += prototype.primCount;
+    chunk.isSolid = chunk.isSolid && prototype.isSolid;
     return dropped;
 }
 

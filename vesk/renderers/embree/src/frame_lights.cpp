@@ -62,6 +62,10 @@ void addRigLight(FrameLights& out, const GlfSimpleLight& light, const CameraRays
     FrameLight added;
     added.shadows = light.HasShadow();
     added.color = rgb(light.GetDiffuse());
+    // The highlight of this classic model has a colour of its own: its share of the light is kept.
+    const float whole = added.color.x + added.color.y + added.color.z;
+    const Vec3 highlight = rgb(light.GetSpecular());
+    if (whole > 0.0f) added.specular = (highlight.x + highlight.y + highlight.z) / whole;
     if (p[3] == 0.0f) {
         added.toLight = normalized(turned);
         added.spread = 0.05f;

@@ -33,9 +33,13 @@ int kindOf(const TfToken& type)
     static const TfToken mesh("Mesh");
     static const TfToken points("Points");
     static const TfToken curves("BasisCurves");
+    static const std::array<TfToken, 2> surfaces = {TfToken("TetMesh"), TfToken("NurbsPatch")};
+    static const std::array<TfToken, 2> chains = {TfToken("HermiteCurves"), TfToken("NurbsCurves")};
     if (type == mesh) return Mesh;
     if (type == points) return Points;
     if (type == curves) return Curves;
+    if (std::find(surfaces.begin(), surfaces.end(), type) != surfaces.end()) return Mesh;
+    if (std::find(chains.begin(), chains.end(), type) != chains.end()) return Curves;
     return std::find(implicit.begin(), implicit.end(), type) != implicit.end() ? Implicit : Other;
 }
 
@@ -114,8 +118,10 @@ std::shared_ptr<const Geometry> ItemReader::_geometryOf(const UsdPrim& prim, int
                                                         const std::vector<std::string>& primvars)
 {
     const SdfPath path = prim.GetPath();
-    if (const GeometryCache::Entry* known = m_cache.find(path, m_request.time, primvars))
-        return known->geometry;
+    // What a skeleton deforms changes with prims elsewhere: it is read whenever it is looked at.
+    const bool isDeformed = kind == Mesh && m_skeletons.isBound(prim);
+    const GeometryCache::Entry* known = isDeformed ? nullptr : m_cache.find(path, m_request.time, primvars);
+    if (known) return known->geometry;
     ShapeReading reading = _read(prim, kind, primvars);
     if (!reading.problem.empty()) {
         VESK_LOG_WARN("Prim {} {} and is not drawn", path.GetString(), reading.problem);
@@ -126,16 +132,20 @@ std::shared_ptr<const Geometry> ItemReader::_geometryOf(const UsdPrim& prim, int
     entry.mayVary = shapeMayVary(prim);
     entry.time = m_request.time;
     entry.primvars = primvars;
+    if (isDeformed) return entry.geometry;
     m_cache.store(path, entry);
     if (inPrototype) m_cache.noteInstance();
     return entry.geometry;
 }
 
-ShapeReading ItemReader::_read(const UsdPrim& prim, int kind, const std::vector<std::string>& primvars) const
+ShapeReading ItemReader::_read(const UsdPrim& prim, int kind, const std::vector<std::string>& primvars)
 {
     switch (kind) {
-    case Mesh:
-        return readMesh(prim, m_time, primvars);
+    case Mesh: {
+        std::optional<Deformation> deformation;
+        if (m_skeletons.isBound(prim)) deformation = m_skeletons.read(prim, countPoints(prim, m_time));
+        return readMesh(prim, m_time, primvars, deformation ? &*deformation : nullptr);
+    }
     case Points:
         return readPoints(prim, m_time);
     case Curves:

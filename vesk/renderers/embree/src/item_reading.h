@@ -4,6 +4,7 @@
 #include "inherited_state.h"
 #include "mesh_extraction.h"
 #include "scene_snapshot.h"
+#include "skeleton_reading.h"
 
 #include <pxr/base/vt/array.h>
 #include <pxr/base/vt/types.h>
@@ -21,7 +22,12 @@ class ItemReader
 public:
     ItemReader(const PXR_NS::UsdStageRefPtr& stage, const ExtractionRequest& request,
                PXR_NS::UsdTimeCode time, GeometryCache& cache, TextureStore& textures)
-        : m_stage(stage), m_request(request), m_time(time), m_cache(cache), m_textures(textures)
+        : m_stage(stage),
+          m_request(request),
+          m_time(time),
+          m_cache(cache),
+          m_textures(textures),
+          m_skeletons(time)
     {}
 
     /// The prim with its looks; its place in the group is left to the caller. Nothing for a prim that is not
@@ -32,10 +38,13 @@ public:
     /// The materials that were read.
     const std::set<PXR_NS::SdfPath>& materialPaths() const { return m_materialPaths; }
 
+    /// The prims that deform others and were read.
+    const std::set<PXR_NS::SdfPath>& skeletonPaths() const { return m_skeletons.usedPaths(); }
+
 private:
     std::shared_ptr<const Geometry> _geometryOf(const PXR_NS::UsdPrim& prim, int kind, bool inPrototype,
                                                 const std::vector<std::string>& primvars);
-    ShapeReading _read(const PXR_NS::UsdPrim& prim, int kind, const std::vector<std::string>& primvars) const;
+    ShapeReading _read(const PXR_NS::UsdPrim& prim, int kind, const std::vector<std::string>& primvars);
     std::shared_ptr<const Material> _materialAt(const PXR_NS::SdfPath& path);
     /// The faces of one subset and the number of its material.
     struct FaceSubset
@@ -51,6 +60,7 @@ private:
     PXR_NS::UsdTimeCode m_time;
     GeometryCache& m_cache;
     TextureStore& m_textures;
+    SkeletonReader m_skeletons;
     std::map<PXR_NS::SdfPath, std::shared_ptr<const Material>> m_materials;
     std::set<PXR_NS::SdfPath> m_materialPaths;
 };

@@ -2,6 +2,7 @@
 
 #include "geometry.h"
 #include "texture.h"
+#include "texture_tiles.h"
 
 #include <memory>
 #include <string>
@@ -12,10 +13,11 @@ namespace vesk::renderers::embree {
 /// How texture coordinates reach a texture and what becomes of its values (UsdUVTexture, UsdTransform2d).
 struct TextureReader
 {
-    std::shared_ptr<const Texture> texture;  ///< null: `fallback` alone
-    std::string primvar;                     ///< the texture coordinates, empty: `coordinates`
-    float coordinates[2] = {0.0f, 0.0f};     ///< where the surface has no such primvar
-    float transform[6] = {1, 0, 0, 1, 0, 0}; ///< s' = a s + c t + e, t' = b s + d t + f
+    std::shared_ptr<const Texture> texture;    ///< null: `fallback` alone
+    std::shared_ptr<const TextureTiles> tiles; ///< used instead of `texture`
+    std::string primvar;                       ///< the texture coordinates, empty: `coordinates`
+    float coordinates[2] = {0.0f, 0.0f};       ///< where the surface has no such primvar
+    float transform[6] = {1, 0, 0, 1, 0, 0};   ///< s' = a s + c t + e, t' = b s + d t + f
     TextureWrap wrapS = TextureWrap::Black;
     TextureWrap wrapT = TextureWrap::Black;
     TextureColorSpace colorSpace = TextureColorSpace::Auto;
@@ -51,12 +53,17 @@ struct Material
     float ior = 1.5f;
     float opacityThreshold = 0.0f; ///< above 0: opaque from there on, else not there
     bool specularWorkflow = false;
+    bool isOneSided = false;      ///< seen from in front alone
+    bool mirrors = true;          ///< whether it shows what lies around it, as far as it is smooth enough
     bool usesDisplayColor = true; ///< display colours replace `diffuse` where the prim has any
 
     std::vector<std::string> primvars; ///< the names that the inputs read, sorted
 
-    /// The textures of all inputs.
-    std::vector<const Texture*> textures() const;
+    /// Whether anything of what lies behind may show through.
+    bool mayBeTransparent() const
+    {
+        return opacity.texture || !opacity.primvar.empty() || opacity.value.v[0] < 1.0f;
+    }
 };
 
 } // namespace vesk::renderers::embree

@@ -12,6 +12,7 @@ struct ShapePoint
     std::uint32_t primitive = 0;
     float u = 0.0f;
     float v = 0.0f;
+    float width = 0.0f; ///< of what is looked at there, in the shape's own units; 0 for a point
 };
 
 /// The value of an input at a place, and of a primvar that the shape may lack.

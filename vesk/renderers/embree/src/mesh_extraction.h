@@ -1,5 +1,6 @@
 #pragma once
 
+#include "deformation.h"
 #include "geometry.h"
 
 #include <pxr/usd/usd/prim.h>
@@ -17,16 +18,24 @@ struct ShapeReading
     std::string problem; ///< a sentence's end ("has an index out of range"), empty where nothing is wrong
 };
 
+/// The points that a prim authors.
+std::vector<Vec3> readPointPositions(const PXR_NS::UsdPrim& prim, PXR_NS::UsdTimeCode time);
+
 /// Reads a mesh: faces become fans of triangles, holes are left out, left-handed faces are turned.
 /// Bad input (points that are not finite, indices out of range, counts that do not sum) is a problem.
 /// \param primvars names of the primvars that materials read
+/// \param deformation what moves the points, null for none; made for as many points as the mesh has
 ShapeReading readMesh(const PXR_NS::UsdPrim& prim, PXR_NS::UsdTimeCode time,
-                      const std::vector<std::string>& primvars);
+                      const std::vector<std::string>& primvars, const Deformation* deformation = nullptr);
+
+/// How many points a mesh has at a time.
+std::size_t countPoints(const PXR_NS::UsdPrim& prim, PXR_NS::UsdTimeCode time);
 
 /// Reads points as spheres.
 ShapeReading readPoints(const PXR_NS::UsdPrim& prim, PXR_NS::UsdTimeCode time);
 
-/// Reads curves as chains of round segments.
+/// Reads curves (BasisCurves, HermiteCurves, NurbsCurves by their control points) as chains of round
+/// segments, with the colours and widths of every interpolation.
 ShapeReading readCurves(const PXR_NS::UsdPrim& prim, PXR_NS::UsdTimeCode time);
 
 /// Reads an implicit shape (Sphere, Cube, Cone, Cylinder, Capsule, Plane).

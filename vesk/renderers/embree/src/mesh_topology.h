@@ -47,6 +47,12 @@ struct MeshTopology
 /// Reads the topology of a mesh.
 MeshTopology readTopology(const PXR_NS::UsdPrim& prim, PXR_NS::UsdTimeCode time);
 
+/// The faces of a TetMesh's surface: the authored ones, else those that belong to one tetrahedron alone.
+MeshTopology readTetTopology(const PXR_NS::UsdPrim& prim, PXR_NS::UsdTimeCode time);
+
+/// The quads between the control points of a NurbsPatch, as OpenUSD's imaging draws it.
+MeshTopology readPatchTopology(const PXR_NS::UsdPrim& prim, PXR_NS::UsdTimeCode time);
+
 /// What is wrong with a mesh, as a sentence's end; empty where nothing is.
 std::string problemOf(const MeshTopology& topology, const std::vector<Vec3>& points);
 

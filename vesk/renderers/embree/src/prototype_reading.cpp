@@ -1,5 +1,6 @@
 #include "prototype_reading.h"
 
+#include "draw_mode_reading.h"
 #include "instancer_reading.h"
 #include "light_extraction.h"
 #include "stage_reading.h"
@@ -44,11 +45,30 @@ ChunkReader::ChunkReader(const UsdStageRefPtr& stage, const ExtractionRequest& r
       m_textures(textures)
 {}
 
-bool ChunkReader::standsForAll(const UsdPrim& prim) { return prim.IsInstance() || isInstancer(prim); }
+bool ChunkReader::standsForAll(const UsdPrim& prim)
+{
+    return prim.IsInstance() || isInstancer(prim) || !appliedDrawMode(prim).IsEmpty();
+}
+
+// Returns whether something else is drawn in the place of a model, with all below it.
+bool ChunkReader::_addStandIn(const UsdPrim& prim, const InheritedState& state, std::vector<SceneItem>& items)
+{
+    const TfToken mode = appliedDrawMode(prim);
+    if (mode.IsEmpty()) return false;
+    if (!m_states.shows(state.purpose)) return true;
+    if (auto item = readStandIn(prim, mode, m_time, m_textures)) items.push_back(std::move(*item));
+    return true;
+}
 
 std::shared_ptr<const SceneChunk> ChunkReader::read(const UsdPrim& prim, const InheritedState& state)
 {
     auto chunk = std::make_shared<SceneChunk>();
+    std::vector<SceneItem> standIns;
+    if (_addStandIn(prim, state, standIns)) {
+        if (standIns.empty() || !addGroup(*chunk, makeGroup(std::move(standIns)), state.toRoot))
+            return nullptr;
+        return chunk;
+    }
     if (prim.IsInstance()) {
         m_sharedPaths.insert(prim.GetPath());
         _addNative(prim, state, *chunk);
@@ -183,6 +203,14 @@ std::shared_ptr<const SceneChunk> ChunkReader::_readPrototype(const UsdPrim& roo
         auto [prim, own] = std::move(pending.back());
         pending.pop_back();
         if (!m_states.descend(prim, own)) continue;
+        const std::size_t before = items.size();
+        if (_addStandIn(prim, own, items)) {
+            for (std::size_t i = before; i < items.size(); ++i) {
+                items[i].toGroup = own.toRoot;
+                items[i].movesInGroup = own.toRoot != GfMatrix4d(1.0);
+            }
+            continue;
+        }
         if (prim.IsInstance()) {
             _addNative(prim, own, *chunk);
             continue;

@@ -37,6 +37,7 @@ private:
         std::shared_ptr<const SceneChunk> chunk;
     };
 
+    bool _addStandIn(const PXR_NS::UsdPrim& prim, const InheritedState& state, std::vector<SceneItem>& items);
     void _addNative(const PXR_NS::UsdPrim& prim, const InheritedState& state, SceneChunk& chunk);
     void _addInstancer(const PXR_NS::UsdPrim& prim, const InheritedState& state, SceneChunk& chunk);
     std::shared_ptr<const SceneChunk> _prototype(const PXR_NS::UsdPrim& root, const InheritedState& state,

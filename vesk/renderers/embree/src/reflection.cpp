@@ -59,7 +59,10 @@ Vec3 Reflection::between(Vec3 normal, Vec3 toViewer, Vec3 toLight, float diffuse
     return sum;
 }
 
-bool Reflection::mirrors() const { return largest(specular) > 0.2f || roughness < 0.25f || coat > 0.0f; }
+bool Reflection::mirrors() const
+{
+    return reflective && (largest(specular) > 0.2f || roughness < 0.25f || coat > 0.0f);
+}
 
 bool Reflection::sampleMirror(Vec3 normal, Vec3 toViewer, Sample2 s, Vec3& direction, Vec3& share) const
 {

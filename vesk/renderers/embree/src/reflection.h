@@ -14,6 +14,7 @@ struct Reflection
     float roughness = 0.5f; ///< the square of it is the width of the facets' slopes
     float coat = 0.0f;
     float coatRoughness = 0.01f;
+    bool reflective = true; ///< false: it has highlights of lights and no mirrored surroundings
 
     /// The share of light that goes from one direction to another, times pi, without the cosine. All unit
     /// length and on the normal's side. \param diffuseScale,specularScale of the light

@@ -41,12 +41,16 @@ struct SceneItem
     MaterialSet materials;
     std::optional<Vec3> displayColor; ///< inherited from above, where the shape has none of its own
     float displayOpacity = 1.0f;      ///< inherited likewise
+
+    /// Whether nothing of it lets light through, with its materials and without them.
+    bool isSolid() const;
 };
 
 /// What is placed as a whole: one prim of the stage, or all of a prototype.
 struct SceneGroup
 {
     std::vector<SceneItem> items;
+    bool isSolid = true;   ///< whether nothing of it lets light through
     PXR_NS::GfRange3d box; ///< in the group's space
 };
 
@@ -123,6 +127,7 @@ struct SceneChunk
     std::vector<Placement> placements;
     std::vector<StageLight> lights;
     std::uint32_t primCount = 0;
+    bool isSolid = true;      ///< whether all groups are
     PXR_NS::GfRange3d bounds; ///< of all placements, world space
 };
 

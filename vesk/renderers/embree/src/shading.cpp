@@ -6,9 +6,13 @@
 namespace vesk::renderers::embree {
 namespace {
 
-constexpr float kBounce = 0.3f;     // of the surroundings' light still arrives where something near blocks it
-constexpr float kDomeReach = 0.5f;  // in radii of the scene: things farther away do not darken
-constexpr float kBrightest = 50.0f; // of one sample of the surroundings: rarer ones would never settle
+constexpr float kBounce = 0.3f;    // of the surroundings' light still arrives where something near blocks it
+constexpr float kDomeReach = 0.5f; // in radii of the scene: things farther away do not darken
+constexpr float kFar = 1e30f;
+constexpr float kSharpness = 0.5f;      // of a pixel that one sample stands for: several share it
+constexpr float kLeastPassing = 0.002f; // of light: less is dark
+constexpr int kMaxShadowLayers = 8;     // of transparent surfaces between a light and a point
+constexpr float kBrightest = 50.0f;     // of one sample of the surroundings: rarer ones would never settle
 
 Vec3 reflected(const ShadedPoint& p, const FrameLight& light, const LightSample& sample)
 {
@@ -42,7 +46,14 @@ RTCRay makeRay(Vec3 from, Vec3 direction, float distance)
 
 } // namespace
 
-Shader::Shader(const FrameView& view, int sample) : m_view(view), m_looks(view.looks()), m_sample(sample) {}
+Shader::Shader(const FrameView& view, int sample, bool mirrors)
+    : m_view(view), m_looks(view.looks()), m_sample(sample), m_mirrors(mirrors)
+{}
+
+float Shader::_pixelAt(float t) const
+{
+    return kSharpness * m_view.camera.pixelWidth() * (m_view.camera.isPerspective() ? std::abs(t) : 1.0f);
+}
 
 float Shader::offsetAt(float t) const { return 2e-5f * (m_view.scene->radius() + std::abs(t)); }
 
@@ -52,8 +63,10 @@ ShadedPoint Shader::prepare(const SurfaceHit& hit, const ViewRay& ray, std::uint
     point.hit = hit;
     point.seed = seed;
     point.viewDirection = ray.direction;
+    point.travelled = ray.travelled;
     const DrawMode mode = m_view.settings.drawMode;
-    point.surface = surfaceAt(*m_view.scene, hit, ray.origin, ray.direction, m_looks);
+    point.surface =
+        surfaceAt(*m_view.scene, hit, ray.origin, ray.direction, m_looks, _pixelAt(ray.travelled + hit.t));
     point.alpha = point.surface.opacity;
     if (mode == DrawMode::Wireframe || mode == DrawMode::Points) point.alpha = _lineAlpha(point, ray);
     return point;
@@ -77,6 +90,7 @@ void Shader::shade(std::vector<ShadedPoint>& points)
 {
     m_rays.clear();
     m_contributions.clear();
+    m_reflected.clear();
     for (std::size_t i = 0; i < points.size(); ++i) {
         ShadedPoint& point = points[i];
         if (point.alpha <= 0.0f) continue;
@@ -85,7 +99,12 @@ void Shader::shade(std::vector<ShadedPoint>& points)
         _queueMirror(point, i);
         _queueLights(point, i);
     }
-    _resolve(points);
+    if (m_view.scene->isSolid()) {
+        _resolve(points);
+    } else {
+        _resolveThrough(points);
+    }
+    _resolveMirrors(points);
     if (m_view.settings.drawMode != DrawMode::WireframeOnSurface) return;
     for (ShadedPoint& point : points) {
         ViewRay ray;
@@ -144,11 +163,16 @@ void Shader::_queueDiffuse(const ShadedPoint& point, std::size_t index)
 void Shader::_queueMirror(const ShadedPoint& point, std::size_t index)
 {
     const FrameLights& lights = m_view.lights;
-    if (!point.surface.reflection.mirrors() || (isDark(lights.dome) && lights.domes.empty())) return;
+    if (!point.surface.reflection.mirrors()) return;
+    if (!m_mirrors && isDark(lights.dome) && lights.domes.empty()) return;
     Vec3 direction;
     Vec3 share;
     if (!point.surface.reflection.sampleMirror(point.surface.normal, -point.viewDirection, _random(point, 1),
                                                direction, share)) {
+        return;
+    }
+    if (m_mirrors) {
+        _queueReflected(point, direction, share, index);
         return;
     }
     const Vec3 lit = tamed(share * lights.surroundings(direction));
@@ -177,6 +201,16 @@ void Shader::_queue(const ShadedPoint& point, Vec3 direction, float distance, st
     m_contributions.push_back({index, lit, blocked});
 }
 
+void Shader::_queueReflected(const ShadedPoint& point, Vec3 direction, Vec3 share, std::size_t index)
+{
+    ViewRay ray;
+    ray.origin = point.surface.position + point.surface.geometricNormal * offsetAt(point.hit.t);
+    ray.direction = direction;
+    ray.tFar = kFar;
+    ray.travelled = point.travelled + std::abs(point.hit.t);
+    m_reflected.push_back({index, ray, share});
+}
+
 void Shader::_resolve(std::vector<ShadedPoint>& points)
 {
     if (!m_rays.empty()) m_view.scene->occluded(m_rays.data(), static_cast<unsigned>(m_rays.size()), false);
@@ -184,6 +218,64 @@ void Shader::_resolve(std::vector<ShadedPoint>& points)
         const Contribution& c = m_contributions[i];
         points[c.point].color += m_rays[i].tfar < 0.0f ? c.blocked : c.lit;
         points[c.point].rays += 1.0f;
+    }
+}
+
+// How much light comes along a ray past what it meets: each surface is looked up on the way.
+float Shader::_passing(const RTCRay& shadowRay, float& traced) const
+{
+    ViewRay ray;
+    ray.origin = {shadowRay.org_x, shadowRay.org_y, shadowRay.org_z};
+    ray.direction = {shadowRay.dir_x, shadowRay.dir_y, shadowRay.dir_z};
+    ray.tFar = shadowRay.tfar;
+    float passing = 1.0f;
+    for (int layer = 0; layer < kMaxShadowLayers && ray.tNear < ray.tFar; ++layer) {
+        traced += 1.0f;
+        const std::optional<SurfaceHit> hit = m_view.scene->intersect(ray);
+        if (!hit) break;
+        passing *= 1.0f - opacityAt(*m_view.scene, *hit, m_looks);
+        if (passing < kLeastPassing) return 0.0f;
+        ray.tNear = hit->t + offsetAt(hit->t);
+    }
+    return passing;
+}
+
+void Shader::_resolveThrough(std::vector<ShadedPoint>& points)
+{
+    for (std::size_t i = 0; i < m_contributions.size(); ++i) {
+        const Contribution& c = m_contributions[i];
+        ShadedPoint& point = points[c.point];
+        point.color += lerp(c.blocked, c.lit, _passing(m_rays[i], point.rays));
+    }
+}
+
+// What a mirrored ray hits is lit as the scene is, but its own mirrors show the surroundings alone.
+void Shader::_resolveMirrors(std::vector<ShadedPoint>& points)
+{
+    if (m_reflected.empty()) return;
+    Shader inner(m_view, m_sample, false);
+    std::vector<ShadedPoint> seen;
+    std::vector<std::size_t> numbers; // of the mirrored rays that see something
+    for (std::size_t i = 0; i < m_reflected.size(); ++i) {
+        ShadedPoint& point = points[m_reflected[i].point];
+        point.rays += 1.0f;
+        const std::optional<SurfaceHit> hit = m_view.scene->intersect(m_reflected[i].ray);
+        if (!hit) continue;
+        seen.push_back(inner.prepare(*hit, m_reflected[i].ray, hash(point.seed)));
+        numbers.push_back(i);
+    }
+    inner.shade(seen);
+    std::size_t next = 0;
+    for (std::size_t i = 0; i < m_reflected.size(); ++i) {
+        ShadedPoint& point = points[m_reflected[i].point];
+        Vec3 color = m_view.lights.surroundings(m_reflected[i].ray.direction);
+        if (next < numbers.size() && numbers[next] == i) {
+            color = lerp(color, seen[next].color, seen[next].alpha);
+            point.rays += seen[next].rays;
+            ++next;
+        }
+        const Vec3 added = tamed(m_reflected[i].share * color);
+        if (isFinite(added)) point.color += added;
     }
 }
 

@@ -16,6 +16,7 @@ struct ShadedPoint
     SurfaceHit hit;
     SurfacePoint surface;
     Vec3 viewDirection;
+    float travelled = 0.0f; ///< before the ray began: of mirrored ones
     std::uint32_t seed = 0;
     Vec3 color;
     float alpha = 1.0f; ///< how much of what lies behind is hidden
@@ -27,7 +28,8 @@ struct ShadedPoint
 class Shader
 {
 public:
-    Shader(const FrameView& view, int sample);
+    /// \param mirrors whether mirrored rays see the scene; else they see its surroundings alone
+    Shader(const FrameView& view, int sample, bool mirrors = true);
 
     /// Works out the surface at a hit and how much it hides in the frame's draw mode.
     ShadedPoint prepare(const SurfaceHit& hit, const ViewRay& ray, std::uint32_t seed) const;
@@ -46,7 +48,12 @@ private:
     void _queueLights(const ShadedPoint& point, std::size_t index);
     void _queue(const ShadedPoint& point, Vec3 direction, float distance, std::size_t index, Vec3 lit,
                 Vec3 blocked);
+    void _queueReflected(const ShadedPoint& point, Vec3 direction, Vec3 share, std::size_t index);
     void _resolve(std::vector<ShadedPoint>& points);
+    float _passing(const RTCRay& shadowRay, float& traced) const;
+    void _resolveThrough(std::vector<ShadedPoint>& points);
+    void _resolveMirrors(std::vector<ShadedPoint>& points);
+    float _pixelAt(float t) const;
     float _lineAlpha(const ShadedPoint& point, const ViewRay& ray) const;
 
     /// What a blocked or free ray adds to a point.
@@ -60,8 +67,18 @@ private:
     const FrameView& m_view;
     SurfaceLooks m_looks;
     int m_sample;
+    bool m_mirrors;
     std::vector<RTCRay> m_rays;
     std::vector<Contribution> m_contributions;
+
+    /// A mirrored ray: where it leaves from and how much of what it sees arrives.
+    struct Reflected
+    {
+        std::size_t point;
+        ViewRay ray;
+        Vec3 share;
+    };
+    std::vector<Reflected> m_reflected;
 };
 
 } // namespace vesk::renderers::embree

@@ -69,6 +69,8 @@ std::shared_ptr<const SceneSnapshot> StageMirror::update(const UsdStageRefPtr& s
     m_request = request;
     const auto& materials = reader.items().materialPaths();
     m_shared.insert(materials.begin(), materials.end());
+    const auto& skeletons = reader.items().skeletonPaths();
+    m_shared.insert(skeletons.begin(), skeletons.end());
     m_shared.insert(reader.sharedPaths().begin(), reader.sharedPaths().end());
     return _snapshot(stage);
 }

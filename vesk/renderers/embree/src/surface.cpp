@@ -7,7 +7,7 @@
 namespace vesk::renderers::embree {
 namespace {
 
-// Spheres have one value a point, curves one a curve.
+// Spheres have one value a point, curves one a curve or one a point of their chain.
 template <class T>
 T valueOf(const Geometry& g, const Primvar<T>& primvar, const SurfaceHit& hit)
 {
@@ -17,6 +17,10 @@ T valueOf(const Geometry& g, const Primvar<T>& primvar, const SurfaceHit& hit)
         index = hit.primitive;
     if (g.kind == GeometryKind::Curves && primvar.interpolation == Interpolation::Uniform) {
         index = g.segmentCurve[hit.primitive];
+    } else if (g.kind == GeometryKind::Curves && primvar.interpolation > Interpolation::Uniform) {
+        index = g.segments[hit.primitive];
+        if (index + 1 < primvar.values.size())
+            return primvar.values[index] * (1.0f - hit.u) + primvar.values[index + 1] * hit.u;
     }
     return primvar.values[std::min(index, primvar.values.size() - 1)];
 }
@@ -85,9 +89,35 @@ Reflection reflectionOf(const Material& material, const Geometry& g, const Shape
     r.specular = lerp(straight, color, metallic);
     r.diffuse = color * (1.0f - metallic);
     r.roughness = share(evaluate(material.roughness, g, at));
+    r.reflective = material.mirrors;
     r.coat = share(evaluate(material.clearcoat, g, at));
     if (r.coat > 0.0f) r.coatRoughness = share(evaluate(material.clearcoatRoughness, g, at));
     return r;
+}
+
+} // namespace
+
+namespace {
+
+const Material& materialOf(const SceneItem& item, std::uint32_t face, const SurfaceLooks& looks)
+{
+    const Material* bound = looks.materials ? item.materials.of(face) : nullptr;
+    return bound ? *bound : *looks.defaultMaterial;
+}
+
+// Whether a surface is seen from its back; a mirrored place turns its faces.
+bool isBehind(const HitFrame& frame, const SurfaceHit& hit, Vec3 direction)
+{
+    const Mat3& m = frame.toWorld;
+    const bool mirrored = dot(m.row0, cross(m.row1, m.row2)) < 0.0f;
+    return (dot(frame.groupNormalToWorld.apply(hit.geometricNormal), direction) > 0.0f) != mirrored;
+}
+
+// How many times longer lengths become, over all directions.
+float scaleOf(const Mat3& m)
+{
+    const float volume = std::abs(dot(m.row0, cross(m.row1, m.row2)));
+    return std::max(std::cbrt(volume), 1e-30f);
 }
 
 } // namespace
@@ -97,18 +127,26 @@ SurfacePoint placeAt(const TraceScene& scene, const SurfaceHit& hit, Vec3 origin
     return placeIn(scene.frameOf(hit), hit, origin, direction, flat);
 }
 
+float opacityAt(const TraceScene& scene, const SurfaceHit& hit, const SurfaceLooks& looks)
+{
+    const SceneItem& item = scene.itemOf(hit.placement, hit.item);
+    const Material& material = materialOf(item, elementOf(*item.geometry, hit.primitive), looks);
+    return opacityOf(item, material, hit, {hit.primitive, hit.u, hit.v, 0.0f});
+}
+
 SurfacePoint surfaceAt(const TraceScene& scene, const SurfaceHit& hit, Vec3 origin, Vec3 direction,
-                       const SurfaceLooks& looks)
+                       const SurfaceLooks& looks, float pixel)
 {
     const HitFrame frame = scene.frameOf(hit);
     SurfacePoint s = placeIn(frame, hit, origin, direction, looks.flat);
     const SceneItem& item = *frame.item;
     const Geometry& g = *item.geometry;
-    const Material* bound = looks.materials ? item.materials.of(s.face) : nullptr;
-    const Material& material = bound ? *bound : *looks.defaultMaterial;
-    const ShapePoint at{hit.primitive, hit.u, hit.v};
+    const Material& material = materialOf(item, s.face, looks);
+    const float facing = std::max(std::abs(dot(s.geometricNormal, direction)), 0.05f);
+    const ShapePoint at{hit.primitive, hit.u, hit.v, pixel / (scaleOf(frame.toWorld) * std::sqrt(facing))};
     s.color = baseColor(item, material, hit, at, looks.displayColors);
-    s.opacity = opacityOf(item, material, hit, at);
+    s.opacity =
+        material.isOneSided && isBehind(frame, hit, direction) ? 0.0f : opacityOf(item, material, hit, at);
     s.emission = usable(rgb(evaluate(material.emission, g, at)));
     s.reflection = reflectionOf(material, g, at, s.color);
     if (!looks.flat && material.normal.texture && !g.normals.empty() && g.kind == GeometryKind::Triangles) {

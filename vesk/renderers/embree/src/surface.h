@@ -32,8 +32,12 @@ struct SurfaceLooks
 SurfacePoint placeAt(const TraceScene& scene, const SurfaceHit& hit, Vec3 origin, Vec3 direction, bool flat);
 
 /// Works out the surface at a hit with its material.
+/// \param pixel how wide a pixel of the picture is at the hit, in stage units; 0 for a point
 SurfacePoint surfaceAt(const TraceScene& scene, const SurfaceHit& hit, Vec3 origin, Vec3 direction,
-                       const SurfaceLooks& looks);
+                       const SurfaceLooks& looks, float pixel = 0.0f);
+
+/// How much of what lies behind a hit is hidden by it, from 0 to 1.
+float opacityAt(const TraceScene& scene, const SurfaceHit& hit, const SurfaceLooks& looks);
 
 /// The authored face, curve or point that a primitive of the ray tracer is a part of.
 inline std::uint32_t elementOf(const Geometry& g, std::uint32_t primitive)

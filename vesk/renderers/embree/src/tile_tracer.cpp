@@ -217,6 +217,7 @@ Material toMaterial(const PXR_NS::GlfSimpleMaterial& simple)
     material.emission = MaterialInput::of(rgb(simple.GetEmission()));
     material.specular = MaterialInput::of(rgb(simple.GetSpecular()));
     material.specularWorkflow = true;
+    material.mirrors = false;
     const double exponent = std::max(simple.GetShininess(), 1.0);
     material.roughness = MaterialInput::of(static_cast<float>(std::pow(2.0 / (exponent + 1.0), 0.25)));
     return material;

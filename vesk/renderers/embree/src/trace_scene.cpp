@@ -20,6 +20,7 @@ TraceScene::TraceScene(std::shared_ptr<const SceneSnapshot> snapshot, BuiltScene
     std::uint32_t prims = 0;
     for (const std::shared_ptr<const SceneChunk>& chunk : m_snapshot->chunks) {
         m_instances.push_back(built.instancesOf(chunk, m_origin));
+        m_isSolid = m_isSolid && chunk->isSolid;
         const auto number = static_cast<std::uint32_t>(m_chunks.size());
         m_chunks.push_back({chunk.get(), placements, prims});
         m_chunkOfPlacement.insert(m_chunkOfPlacement.end(), chunk->placements.size(), number);

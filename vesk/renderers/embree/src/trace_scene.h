@@ -44,6 +44,9 @@ public:
     /// Nothing lies farther than this from the origin.
     float reach() const { return m_reach; }
 
+    /// Whether nothing in the scene lets light through.
+    bool isSolid() const { return m_isSolid; }
+
     const SceneItem& itemOf(std::uint32_t placement, std::uint32_t item) const;
     HitFrame frameOf(const SurfaceHit& hit) const;
     HitNames namesOf(std::uint32_t placement, std::uint32_t item) const;
@@ -92,6 +95,7 @@ private:
     PXR_NS::GfVec3d m_origin{0.0, 0.0, 0.0};
     float m_radius = 1.0f;
     float m_reach = 1.0f;
+    bool m_isSolid = true;
     std::vector<Chunk> m_chunks;
     std::vector<std::uint32_t> m_chunkOfPlacement;
     std::vector<std::shared_ptr<const InstanceSet>> m_instances;

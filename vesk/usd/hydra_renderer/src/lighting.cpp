@@ -31,14 +31,14 @@ struct RigLight
 const std::array<RigLight, 3>& rigLights()
 {
     static const std::array<RigLight, 3> lights = {{
-        {"/DefaultLighting/Key", GfVec3d(-0.55, 0.75, 0.85), GfVec3f(0.92f, 0.89f, 0.85f), true},
-        {"/DefaultLighting/Fill", GfVec3d(0.95, 0.10, 0.60), GfVec3f(0.14f, 0.16f, 0.19f), false},
-        {"/DefaultLighting/Rim", GfVec3d(0.25, 0.70, -0.90), GfVec3f(0.30f, 0.30f, 0.32f), false},
+        {"/DefaultLighting/Key", GfVec3d(-0.55, 0.75, 0.85), GfVec3f(0.68f, 0.66f, 0.63f), true},
+        {"/DefaultLighting/Fill", GfVec3d(0.95, 0.10, 0.60), GfVec3f(0.12f, 0.135f, 0.16f), false},
+        {"/DefaultLighting/Rim", GfVec3d(0.25, 0.70, -0.90), GfVec3f(0.22f, 0.22f, 0.24f), false},
     }};
     return lights;
 }
 
-const GfVec3f kDomeColor(0.36f, 0.37f, 0.39f);
+const GfVec3f kDomeColor(0.31f, 0.32f, 0.335f);
 
 GfVec4f withAlpha(const GfVec3f& color) { return {color[0], color[1], color[2], 1.0f}; }
 

@@ -23,6 +23,7 @@ struct ViewRay
     float tClip = 0.0f; ///< where the near plane lies; may be negative where the ray begins behind it
     float depthOffset = 0.0f;
     float depthScale = 1.0f;
+    float travelled = 0.0f; ///< how long the way to the origin was already: of mirrored rays
 
     float viewDistance(float t) const { return depthOffset + t * depthScale; }
 };
