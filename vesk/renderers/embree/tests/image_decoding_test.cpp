@@ -1,11 +1,17 @@
 #include "image_decoding.h"
 
+#include <ImfRgbaFile.h>
 #include <png.h>
+#include <tests/support/scene_files.h>
 
 #include <gtest/gtest.h>
 
+#include <cstdio>
+#include <cstdlib>
 #include <stdexcept>
 #include <string>
+
+#include <jpeglib.h>
 
 namespace vesk::renderers::embree {
 namespace {
@@ -81,6 +87,69 @@ TEST(ImageDecoding, ReadsRadiancePicturesAsNumbers)
     EXPECT_FLOAT_EQ(image.floats[0], 1.0f);
     EXPECT_FLOAT_EQ(image.floats[1], 0.5f);
     EXPECT_FLOAT_EQ(image.floats[2], 0.0f);
+}
+
+// A picture of one colour, in which compression loses next to nothing.
+std::string jpegOf(int width, int height, J_COLOR_SPACE space, const std::vector<std::uint8_t>& color)
+{
+    jpeg_compress_struct info{};
+    jpeg_error_mgr errors{};
+    info.err = jpeg_std_error(&errors);
+    jpeg_create_compress(&info);
+    unsigned char* buffer = nullptr;
+    unsigned long size = 0;
+    jpeg_mem_dest(&info, &buffer, &size);
+    info.image_width = static_cast<JDIMENSION>(width);
+    info.image_height = static_cast<JDIMENSION>(height);
+    info.input_components = static_cast<int>(color.size());
+    info.in_color_space = space;
+    jpeg_set_defaults(&info);
+    jpeg_set_quality(&info, 100, TRUE);
+    jpeg_start_compress(&info, TRUE);
+    std::vector<std::uint8_t> row;
+    for (int x = 0; x < width; ++x)
+        row.insert(row.end(), color.begin(), color.end());
+    JSAMPROW rows[1] = {row.data()};
+    for (int y = 0; y < height; ++y)
+        jpeg_write_scanlines(&info, rows, 1);
+    jpeg_finish_compress(&info);
+    std::string bytes(reinterpret_cast<const char*>(buffer), size);
+    jpeg_destroy_compress(&info);
+    std::free(buffer);
+    return bytes;
+}
+
+TEST(ImageDecoding, ReadsJpegInColourAndInGrey)
+{
+    const DecodedImage color = decode(jpegOf(5, 3, JCS_RGB, {200, 100, 50}));
+    EXPECT_EQ(color.width, 5);
+    EXPECT_EQ(color.height, 3);
+    EXPECT_EQ(color.channels, 3);
+    ASSERT_EQ(color.bytes.size(), 60u);
+    EXPECT_NEAR(color.bytes[56], 200, 2);
+    EXPECT_NEAR(color.bytes[57], 100, 2);
+    EXPECT_NEAR(color.bytes[58], 50, 2);
+    EXPECT_EQ(color.bytes[59], 255);
+    const DecodedImage grey = decode(jpegOf(2, 2, JCS_GRAYSCALE, {90}));
+    EXPECT_EQ(grey.channels, 1);
+    EXPECT_NEAR(grey.bytes[0], 90, 1);
+    EXPECT_EQ(grey.bytes[1], grey.bytes[0]);
+}
+
+TEST(ImageDecoding, ReadsOpenExrAsNumbersBeyondOne)
+{
+    const tests::TemporaryFolder folder;
+    const std::string path = (folder.path() / "two.exr").string();
+    {
+        const Imf::Rgba pixels[2] = {{0.5f, 4.0f, -1.0f, 1.0f}, {0.0f, 0.25f, 100.0f, 0.5f}};
+        Imf::RgbaOutputFile file(path.c_str(), 1, 2, Imf::WRITE_RGBA);
+        file.setFrameBuffer(pixels, 1, 1);
+        file.writePixels(2);
+    }
+    const DecodedImage image = decode(tests::readFile(path));
+    EXPECT_EQ(image.width, 1);
+    EXPECT_EQ(image.height, 2);
+    EXPECT_EQ(image.floats, (std::vector<float>{0.5f, 4.0f, -1.0f, 1.0f, 0.0f, 0.25f, 100.0f, 0.5f}));
 }
 
 TEST(ImageDecoding, RefusesWhatIsNoPicture)
