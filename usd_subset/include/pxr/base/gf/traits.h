@@ -2,6 +2,8 @@
 
 /// Compile-time questions about the types of this library.
 
+#include <pxr/base/tf/diagnostic.h>
+#include <pxr/base/tf/hash.h>
 #include <pxr/pxr.h>
 
 #include <type_traits>

@@ -2,6 +2,7 @@
 
 /// A weak pointer that has forgotten its type.
 
+#include <pxr/base/tf/diagnostic.h>
 #include <pxr/base/tf/weakPtr.h>
 #include <pxr/pxr.h>
 

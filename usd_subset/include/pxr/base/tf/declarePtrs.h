@@ -2,7 +2,10 @@
 
 /// Names of the pointer types of a class.
 
+#include <pxr/base/tf/nullPtr.h>
+#include <pxr/base/tf/refBase.h>
 #include <pxr/base/tf/refPtr.h>
+#include <pxr/base/tf/weakBase.h>
 #include <pxr/base/tf/weakPtr.h>
 #include <pxr/pxr.h>
 

@@ -3,10 +3,18 @@
 /// Where diagnostics go.
 
 #include <pxr/base/tf/callContext.h>
+#include <pxr/base/tf/diagnostic.h>
 #include <pxr/base/tf/diagnosticBase.h>
 #include <pxr/base/tf/error.h>
+#include <pxr/base/tf/nullPtr.h>
+#include <pxr/base/tf/refBase.h>
+#include <pxr/base/tf/refPtr.h>
+#include <pxr/base/tf/registryManager.h>
 #include <pxr/base/tf/status.h>
+#include <pxr/base/tf/stringUtils.h>
 #include <pxr/base/tf/warning.h>
+#include <pxr/base/tf/weakBase.h>
+#include <pxr/base/tf/weakPtr.h>
 #include <pxr/export.h>
 #include <pxr/pxr.h>
 

@@ -4,6 +4,7 @@
 
 #include <pxr/base/tf/hash.h>
 #include <pxr/base/tf/preprocessorUtilsLite.h>
+#include <pxr/base/tf/safeTypeCompare.h>
 #include <pxr/export.h>
 #include <pxr/pxr.h>
 

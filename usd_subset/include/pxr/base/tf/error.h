@@ -2,7 +2,9 @@
 
 /// Errors.
 
+#include <pxr/base/tf/diagnostic.h>
 #include <pxr/base/tf/diagnosticBase.h>
+#include <pxr/base/tf/stringUtils.h>
 #include <pxr/pxr.h>
 
 PXR_NAMESPACE_OPEN_SCOPE

@@ -35,6 +35,13 @@ public:
 
     Ret operator()(Args... args) const { return _invoke(_fn, std::forward<Args>(args)...); }
 
+    void swap(TfFunctionRef& other) noexcept
+    {
+        std::swap(_fn, other._fn);
+        std::swap(_invoke, other._invoke);
+    }
+    friend void swap(TfFunctionRef& a, TfFunctionRef& b) noexcept { a.swap(b); }
+
 private:
     void* _fn;
     Ret (*_invoke)(void*, Args...);

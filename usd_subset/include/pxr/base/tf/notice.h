@@ -3,6 +3,7 @@
 /// Notices: messages from one object to whoever listens.
 
 #include <pxr/base/tf/anyWeakPtr.h>
+#include <pxr/base/tf/diagnostic.h>
 #include <pxr/base/tf/type.h>
 #include <pxr/base/tf/weakPtr.h>
 #include <pxr/export.h>

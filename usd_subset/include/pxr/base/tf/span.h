@@ -2,6 +2,7 @@
 
 /// Views of contiguous elements.
 
+#include <pxr/base/tf/diagnostic.h>
 #include <pxr/pxr.h>
 
 #include <cstddef>

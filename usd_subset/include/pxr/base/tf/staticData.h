@@ -2,6 +2,8 @@
 
 /// Global objects that are made on first use and never destroyed.
 
+#include <pxr/base/tf/diagnosticLite.h>
+#include <pxr/base/tf/preprocessorUtilsLite.h>
 #include <pxr/pxr.h>
 
 #include <atomic>

@@ -2,6 +2,9 @@
 
 /// Small helpers for standard containers.
 
+#include <pxr/base/tf/hashmap.h>
+#include <pxr/base/tf/hashset.h>
+#include <pxr/base/tf/iterator.h>
 #include <pxr/pxr.h>
 
 #include <utility>

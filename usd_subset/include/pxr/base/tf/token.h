@@ -2,6 +2,7 @@
 
 /// Interned strings.
 
+#include <pxr/base/tf/diagnostic.h>
 #include <pxr/base/tf/hash.h>
 #include <pxr/base/tf/hashset.h>
 #include <pxr/export.h>

@@ -2,7 +2,9 @@
 
 /// A registry of types with their names and bases.
 
+#include <pxr/base/tf/enum.h>
 #include <pxr/base/tf/hash.h>
+#include <pxr/base/tf/registryManager.h>
 #include <pxr/export.h>
 #include <pxr/pxr.h>
 

@@ -2,6 +2,7 @@
 
 /// Unicode text in UTF-8.
 
+#include <pxr/base/tf/diagnostic.h>
 #include <pxr/export.h>
 #include <pxr/pxr.h>
 

@@ -2,6 +2,7 @@
 
 /// Observing pointers to objects that derive from TfWeakBase.
 
+#include <pxr/base/tf/diagnostic.h>
 #include <pxr/base/tf/diagnosticLite.h>
 #include <pxr/base/tf/hash.h>
 #include <pxr/base/tf/nullPtr.h>

@@ -2,10 +2,13 @@
 
 /// Arrays that share their elements until one is changed.
 
+#include <pxr/base/tf/diagnostic.h>
+#include <pxr/base/tf/enum.h>
 #include <pxr/base/tf/hash.h>
 #include <pxr/base/vt/arrayStorage.h>
 #include <pxr/base/vt/streamOut.h>
 #include <pxr/base/vt/traits.h>
+#include <pxr/base/vt/types.h>
 #include <pxr/pxr.h>
 
 #include <algorithm>

@@ -3,6 +3,7 @@
 /// Dictionaries of values.
 
 #include <pxr/base/tf/diagnosticLite.h>
+#include <pxr/base/tf/stringUtils.h>
 #include <pxr/base/vt/value.h>
 #include <pxr/export.h>
 #include <pxr/pxr.h>

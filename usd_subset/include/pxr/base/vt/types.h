@@ -5,6 +5,7 @@
 #include <pxr/base/gf/declare.h>
 #include <pxr/base/gf/half.h>
 #include <pxr/base/tf/token.h>
+#include <pxr/base/vt/hash.h>
 #include <pxr/base/vt/traits.h>
 #include <pxr/pxr.h>
 
@@ -19,15 +20,17 @@ PXR_NAMESPACE_OPEN_SCOPE
     X(bool, Bool)                                                                                            \
     X(char, Char)                                                                                            \
     X(unsigned char, UChar)                                                                                  \
-    X(short, Short) X(unsigned short, UShort) X(int, Int) X(unsigned int, UInt) X(int64_t, Int64)            \
-        X(uint64_t, UInt64) X(double, Double) X(float, Float) X(GfHalf, Half)
+    X(short, Short)                                                                                          \
+    X(unsigned short, UShort) X(int, Int) X(unsigned int, UInt) X(int64_t, Int64) X(uint64_t, UInt64)        \
+        X(double, Double) X(float, Float) X(GfHalf, Half)
 #define VT_FOR_EACH_STRING_VALUE_TYPE(X) X(std::string, String) X(TfToken, Token)
 #define VT_FOR_EACH_VEC_VALUE_TYPE(X)                                                                        \
     X(GfVec4i, Vec4i)                                                                                        \
     X(GfVec3i, Vec3i)                                                                                        \
     X(GfVec2i, Vec2i)                                                                                        \
-    X(GfVec4h, Vec4h) X(GfVec3h, Vec3h) X(GfVec2h, Vec2h) X(GfVec4f, Vec4f) X(GfVec3f, Vec3f)                \
-        X(GfVec2f, Vec2f) X(GfVec4d, Vec4d) X(GfVec3d, Vec3d) X(GfVec2d, Vec2d)
+    X(GfVec4h, Vec4h)                                                                                        \
+    X(GfVec3h, Vec3h) X(GfVec2h, Vec2h) X(GfVec4f, Vec4f) X(GfVec3f, Vec3f) X(GfVec2f, Vec2f)                \
+        X(GfVec4d, Vec4d) X(GfVec3d, Vec3d) X(GfVec2d, Vec2d)
 #define VT_FOR_EACH_MATRIX_VALUE_TYPE(X)                                                                     \
     X(GfMatrix4f, Matrix4f)                                                                                  \
     X(GfMatrix3f, Matrix3f)                                                                                  \

@@ -2,10 +2,15 @@
 
 /// A value of any type.
 
+#include <pxr/base/gf/declare.h>
+#include <pxr/base/tf/enum.h>
+#include <pxr/base/tf/hashset.h>
+#include <pxr/base/tf/stringUtils.h>
 #include <pxr/base/tf/type.h>
 #include <pxr/base/vt/hash.h>
 #include <pxr/base/vt/streamOut.h>
 #include <pxr/base/vt/traits.h>
+#include <pxr/base/vt/types.h>
 #include <pxr/base/vt/valueTypeInfo.h>
 #include <pxr/export.h>
 #include <pxr/pxr.h>

@@ -12,6 +12,7 @@
 #include <pxr/pxr.h>
 #include <pxr/usd/sdf/assetPath.h>
 #include <pxr/usd/sdf/path.h>
+#include <pxr/base/vt/dictionary.h>
 
 #include <iosfwd>
 #include <string>

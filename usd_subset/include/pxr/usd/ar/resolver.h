@@ -2,9 +2,11 @@
 
 /// Turns asset paths into the places of files.
 
+#include <pxr/base/tf/stringUtils.h>
 #include <pxr/base/vt/value.h>
 #include <pxr/pxr.h>
 #include <pxr/usd/ar/api.h>
+#include <pxr/usd/ar/ar.h>
 #include <pxr/usd/ar/assetInfo.h>
 #include <pxr/usd/ar/resolvedPath.h>
 #include <pxr/usd/ar/resolverContext.h>

@@ -2,8 +2,10 @@
 
 /// What a resolver takes into account besides the asset path itself.
 
+#include <pxr/base/tf/hash.h>
 #include <pxr/pxr.h>
 #include <pxr/usd/ar/api.h>
+#include <pxr/usd/ar/ar.h>
 #include <pxr/usd/ar/defaultResolverContext.h>
 
 #include <memory>

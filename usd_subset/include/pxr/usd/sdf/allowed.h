@@ -2,6 +2,7 @@
 
 /// Whether something is allowed, and why not.
 
+#include <pxr/base/tf/diagnostic.h>
 #include <pxr/pxr.h>
 
 #include <string>

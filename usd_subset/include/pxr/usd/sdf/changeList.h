@@ -8,6 +8,7 @@
 #include <pxr/usd/sdf/api.h>
 #include <pxr/usd/sdf/declareHandles.h>
 #include <pxr/usd/sdf/path.h>
+#include <pxr/usd/sdf/types.h>
 
 #include <iosfwd>
 #include <string>

@@ -3,6 +3,7 @@
 /// The children of a spec as a map from name to handle, from which children can be erased.
 
 #include <pxr/pxr.h>
+#include <pxr/usd/sdf/changeBlock.h>
 #include <pxr/usd/sdf/childrenView.h>
 
 #include <map>

@@ -6,6 +6,7 @@
 #include <pxr/usd/sdf/api.h>
 #include <pxr/usd/sdf/declareHandles.h>
 #include <pxr/usd/sdf/path.h>
+#include <pxr/usd/sdf/types.h>
 
 PXR_NAMESPACE_OPEN_SCOPE
 

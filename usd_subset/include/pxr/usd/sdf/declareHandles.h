@@ -2,6 +2,8 @@
 
 /// Handles to specs: they know when the spec that they stand for is gone.
 
+#include <pxr/base/tf/declarePtrs.h>
+#include <pxr/base/tf/diagnostic.h>
 #include <pxr/base/tf/nullPtr.h>
 #include <pxr/base/tf/weakPtr.h>
 #include <pxr/pxr.h>

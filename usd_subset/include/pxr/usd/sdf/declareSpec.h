@@ -5,6 +5,7 @@
 #include <pxr/pxr.h>
 #include <pxr/usd/sdf/declareHandles.h>
 #include <pxr/usd/sdf/identity.h>
+#include <pxr/usd/sdf/types.h>
 
 // clang-format off
 #define SDF_DECLARE_ABSTRACT_SPEC(SpecType, BaseSpecType)                         \

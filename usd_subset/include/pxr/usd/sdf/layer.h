@@ -2,24 +2,38 @@
 
 /// Layers: the files of scene description, in memory.
 
+#include <pxr/base/tf/anyWeakPtr.h>
 #include <pxr/base/tf/declarePtrs.h>
+#include <pxr/base/tf/diagnosticMgr.h>
+#include <pxr/base/tf/error.h>
+#include <pxr/base/tf/errorMark.h>
+#include <pxr/base/tf/notice.h>
 #include <pxr/base/tf/refBase.h>
+#include <pxr/base/tf/smallVector.h>
+#include <pxr/base/tf/staticTokens.h>
+#include <pxr/base/tf/status.h>
 #include <pxr/base/tf/token.h>
+#include <pxr/base/tf/warning.h>
 #include <pxr/base/tf/weakBase.h>
 #include <pxr/base/vt/dictionary.h>
 #include <pxr/base/vt/value.h>
 #include <pxr/pxr.h>
+#include <pxr/usd/ar/ar.h>
 #include <pxr/usd/ar/assetInfo.h>
 #include <pxr/usd/ar/resolvedPath.h>
 #include <pxr/usd/sdf/abstractData.h>
+#include <pxr/usd/sdf/allowed.h>
 #include <pxr/usd/sdf/api.h>
+#include <pxr/usd/sdf/changeBlock.h>
 #include <pxr/usd/sdf/changeList.h>
+#include <pxr/usd/sdf/data.h>
 #include <pxr/usd/sdf/declareHandles.h>
 #include <pxr/usd/sdf/identity.h>
 #include <pxr/usd/sdf/layerOffset.h>
 #include <pxr/usd/sdf/layerStateDelegate.h>
 #include <pxr/usd/sdf/path.h>
 #include <pxr/usd/sdf/proxyTypes.h>
+#include <pxr/usd/sdf/schema.h>
 #include <pxr/usd/sdf/spec.h>
 #include <pxr/usd/sdf/types.h>
 

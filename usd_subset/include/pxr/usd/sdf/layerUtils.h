@@ -6,6 +6,7 @@
 #include <pxr/usd/ar/resolvedPath.h>
 #include <pxr/usd/sdf/api.h>
 #include <pxr/usd/sdf/declareHandles.h>
+#include <pxr/usd/sdf/layer.h>
 
 #include <string>
 

@@ -2,8 +2,10 @@
 
 /// The list-valued fields of specs, whatever they are stored as.
 
+#include <pxr/base/tf/notice.h>
 #include <pxr/base/tf/token.h>
 #include <pxr/pxr.h>
+#include <pxr/usd/sdf/allowed.h>
 #include <pxr/usd/sdf/api.h>
 #include <pxr/usd/sdf/declareHandles.h>
 #include <pxr/usd/sdf/layerOffset.h>
@@ -11,6 +13,7 @@
 #include <pxr/usd/sdf/path.h>
 #include <pxr/usd/sdf/payload.h>
 #include <pxr/usd/sdf/reference.h>
+#include <pxr/usd/sdf/schema.h>
 #include <pxr/usd/sdf/spec.h>
 
 #include <functional>

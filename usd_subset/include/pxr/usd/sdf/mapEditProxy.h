@@ -7,7 +7,9 @@
 #include <pxr/base/vt/value.h>
 #include <pxr/pxr.h>
 #include <pxr/usd/sdf/api.h>
+#include <pxr/usd/sdf/changeBlock.h>
 #include <pxr/usd/sdf/declareHandles.h>
+#include <pxr/usd/sdf/schema.h>
 #include <pxr/usd/sdf/spec.h>
 #include <pxr/usd/sdf/types.h>
 

@@ -8,6 +8,7 @@
 #include <pxr/usd/sdf/api.h>
 #include <pxr/usd/sdf/changeList.h>
 #include <pxr/usd/sdf/declareHandles.h>
+#include <pxr/usd/sdf/types.h>
 
 #include <algorithm>
 #include <string>

@@ -308,4 +308,19 @@ VESK_USD_API std::ostream& operator<<(std::ostream& out, const SdfPath& path);
 
 PXR_NAMESPACE_CLOSE_SCOPE
 
+#include <pxr/base/tf/declarePtrs.h>
+#include <pxr/base/tf/diagnostic.h>
+#include <pxr/base/tf/enum.h>
+#include <pxr/base/tf/functionRef.h>
+#include <pxr/base/tf/hashmap.h>
+#include <pxr/base/tf/hashset.h>
+#include <pxr/base/tf/iterator.h>
+#include <pxr/base/tf/registryManager.h>
+#include <pxr/base/tf/safeTypeCompare.h>
+#include <pxr/base/tf/staticTokens.h>
+#include <pxr/base/tf/stl.h>
+#include <pxr/base/tf/stringUtils.h>
+#include <pxr/base/tf/type.h>
+#include <pxr/base/vt/types.h>
+#include <pxr/base/vt/value.h>
 #include <pxr/usd/sdf/pathSearch.h>

@@ -2,14 +2,20 @@
 
 /// The base of all specs.
 
+#include <pxr/base/tf/errorMark.h>
+#include <pxr/base/tf/notice.h>
+#include <pxr/base/tf/status.h>
 #include <pxr/base/tf/token.h>
+#include <pxr/base/tf/warning.h>
 #include <pxr/base/vt/value.h>
 #include <pxr/pxr.h>
 #include <pxr/usd/sdf/abstractData.h>
+#include <pxr/usd/sdf/allowed.h>
 #include <pxr/usd/sdf/api.h>
 #include <pxr/usd/sdf/declareSpec.h>
 #include <pxr/usd/sdf/identity.h>
 #include <pxr/usd/sdf/path.h>
+#include <pxr/usd/sdf/schema.h>
 #include <pxr/usd/sdf/types.h>
 
 #include <iosfwd>

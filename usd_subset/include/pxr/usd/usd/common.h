@@ -1,10 +1,20 @@
 #pragma once
 
+#include <pxr/base/tf/anyWeakPtr.h>
 #include <pxr/base/tf/declarePtrs.h>
+#include <pxr/base/tf/diagnosticMgr.h>
+#include <pxr/base/tf/error.h>
+#include <pxr/base/tf/errorMark.h>
+#include <pxr/base/tf/notice.h>
+#include <pxr/base/tf/smallVector.h>
+#include <pxr/base/tf/staticTokens.h>
+#include <pxr/base/tf/status.h>
 #include <pxr/base/tf/stringUtils.h>
 #include <pxr/base/tf/token.h>
+#include <pxr/base/tf/warning.h>
 #include <pxr/export.h>
 #include <pxr/pxr.h>
+#include <pxr/usd/sdf/layer.h>
 #include <pxr/usd/sdf/layerOffset.h>
 #include <pxr/usd/usd/api.h>
 #include <pxr/usd/usd/primDataHandle.h>

@@ -1,7 +1,9 @@
 #pragma once
 
 #include <pxr/base/gf/declare.h>
+#include <pxr/base/tf/enum.h>
 #include <pxr/base/vt/array.h>
+#include <pxr/base/vt/types.h>
 #include <pxr/pxr.h>
 #include <pxr/usd/sdf/timeCode.h>
 #include <pxr/usd/usd/api.h>

@@ -5,10 +5,15 @@
 #include <pxr/base/vt/value.h>
 #include <pxr/export.h>
 #include <pxr/pxr.h>
+#include <pxr/usd/sdf/attributeSpec.h>
+#include <pxr/usd/sdf/notice.h>
 #include <pxr/usd/sdf/path.h>
+#include <pxr/usd/sdf/primSpec.h>
+#include <pxr/usd/sdf/relationshipSpec.h>
 #include <pxr/usd/sdf/types.h>
 #include <pxr/usd/usd/common.h>
 #include <pxr/usd/usd/primData.h>
+#include <pxr/usd/usd/stage.h>
 
 #include <string>
 #include <type_traits>

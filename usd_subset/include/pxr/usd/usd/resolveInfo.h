@@ -6,6 +6,8 @@
 #include <pxr/usd/sdf/layerOffset.h>
 #include <pxr/usd/sdf/path.h>
 #include <pxr/usd/usd/api.h>
+#include <pxr/usd/usd/common.h>
+#include <pxr/usd/usd/interpolation.h>
 
 PXR_NAMESPACE_OPEN_SCOPE
 

@@ -7,6 +7,7 @@
 #include <pxr/usd/usd/attribute.h>
 #include <pxr/usd/usd/common.h>
 #include <pxr/usd/usd/prim.h>
+#include <pxr/usd/usd/references.h>
 #include <pxr/usd/usd/relationship.h>
 
 PXR_NAMESPACE_OPEN_SCOPE

@@ -6,6 +6,7 @@
 #include <pxr/base/tf/token.h>
 #include <pxr/pxr.h>
 #include <pxr/usd/sdf/declareHandles.h>
+#include <pxr/usd/sdf/fileFormat.h>
 #include <pxr/usd/usd/api.h>
 
 PXR_NAMESPACE_OPEN_SCOPE

@@ -4,6 +4,7 @@
 
 #include <pxr/base/tf/staticTokens.h>
 #include <pxr/pxr.h>
+#include <pxr/usd/sdf/fileFormat.h>
 #include <pxr/usd/usd/api.h>
 
 PXR_NAMESPACE_OPEN_SCOPE

@@ -7,6 +7,7 @@
 #include <pxr/usd/usd/common.h>
 #include <pxr/usd/usd/editTarget.h>
 #include <pxr/usd/usd/prim.h>
+#include <pxr/usd/usd/stage.h>
 
 #include <string>
 #include <utility>

@@ -4,6 +4,7 @@
 #include <pxr/base/gf/matrix4d.h>
 #include <pxr/usd/usd/timeCode.h>
 #include <pxr/usd/usd/typed.h>
+#include <pxr/usd/usdGeom/primvar.h>
 #include <pxr/usd/usdGeom/tokens.h>
 
 PXR_NAMESPACE_OPEN_SCOPE

@@ -8,6 +8,7 @@
 #include <pxr/usd/sdf/valueTypeName.h>
 #include <pxr/usd/usd/attribute.h>
 #include <pxr/usd/usd/attributeQuery.h>
+#include <pxr/usd/usdGeom/tokens.h>
 
 #include <memory>
 #include <string>

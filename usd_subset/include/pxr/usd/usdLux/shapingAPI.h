@@ -2,6 +2,8 @@
 
 #include <pxr/usd/usd/apiSchemaBase.h>
 #include <pxr/usd/usdLux/tokens.h>
+#include <pxr/usd/usdShade/input.h>
+#include <pxr/usd/usdShade/output.h>
 
 PXR_NAMESPACE_OPEN_SCOPE
 

@@ -1,5 +1,8 @@
 #pragma once
 
+#include <pxr/usd/usd/variantSets.h>
+#include <pxr/usd/usdGeom/bboxCache.h>
+#include <pxr/usd/usdGeom/subset.h>
 #include <pxr/usd/usdShade/nodeGraph.h>
 
 #include <vector>

@@ -1,6 +1,9 @@
 #pragma once
 
 #include <pxr/usd/usd/apiSchemaBase.h>
+#include <pxr/usd/usd/collectionAPI.h>
+#include <pxr/usd/usd/tokens.h>
+#include <pxr/usd/usd/variantSets.h>
 #include <pxr/usd/usdGeom/subset.h>
 #include <pxr/usd/usdShade/material.h>
 #include <pxr/usd/usdShade/tokens.h>
