@@ -1,5 +1,7 @@
 #include <apps/support/renderers.h>
 
+#include "hydra_renderers.h"
+
 #include <vesk/renderers/embree/embree_renderer.h>
 #include <vesk/renderers/recording/recording_renderer.h>
 
@@ -8,6 +10,7 @@ namespace vesk::apps {
 void registerRenderers()
 {
     renderers::embree::registerEmbreeRenderer();
+    registerInstalledHydraRenderers();
     renderers::recording::registerRecordingRenderer();
 }
 

@@ -1,4 +1,5 @@
 #include "contract_session.h"
+#include "hydra_delegates.h"
 
 #include <pxr/base/gf/matrix4d.h>
 #include <pxr/usd/sdf/layer.h>
@@ -7,17 +8,36 @@
 #include <vesk/renderers/recording/recording_renderer.h>
 
 #include <stdexcept>
+#include <vector>
 
 PXR_NAMESPACE_USING_DIRECTIVE
 
 namespace vesk::tests::contract {
 namespace {
 
-const bool g_registered = [] {
+/// Registers the renderers that this build has and returns the ids of those that draw.
+std::vector<std::string> registerDrawingRenderers()
+{
     renderers::recording::registerRecordingRenderer();
     renderers::embree::registerEmbreeRenderer();
-    return true;
-}();
+    std::vector<std::string> ids = {"embree"};
+    for (const std::string& id : registerHydraDelegates())
+        ids.push_back(id);
+    return ids;
+}
+
+const std::vector<std::string>& drawingRenderers()
+{
+    static const std::vector<std::string> ids = registerDrawingRenderers();
+    return ids;
+}
+
+std::vector<std::string> allRenderers()
+{
+    std::vector<std::string> ids = drawingRenderers();
+    ids.insert(ids.begin(), "recording");
+    return ids;
+}
 
 } // namespace
 
@@ -35,7 +55,6 @@ ContractSession::ContractSession(const std::string& rendererId, const std::strin
                                  int height, bool manual)
     : document(openText(scene, manual))
 {
-    if (!g_registered) throw std::logic_error("no renderers");
     renderer = HydraRenderer::create(document->getEventBus().get(), document, nullptr, rendererId, {},
                                      GfVec2i(width, height), 1, true, false, true, {}, {});
     renderer->setGridEnabled(false);
@@ -92,7 +111,7 @@ namespace {
 std::string rendererOf(const testing::TestParamInfo<std::string>& parameter) { return parameter.param; }
 } // namespace
 
-INSTANTIATE_TEST_SUITE_P(Contract, EveryRenderer, testing::Values("recording", "embree"), rendererOf);
-INSTANTIATE_TEST_SUITE_P(Contract, EveryDrawingRenderer, testing::Values("embree"), rendererOf);
+INSTANTIATE_TEST_SUITE_P(Contract, EveryRenderer, testing::ValuesIn(allRenderers()), rendererOf);
+INSTANTIATE_TEST_SUITE_P(Contract, EveryDrawingRenderer, testing::ValuesIn(drawingRenderers()), rendererOf);
 
 } // namespace vesk::tests::contract
