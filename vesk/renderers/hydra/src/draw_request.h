@@ -12,6 +12,18 @@
 
 namespace vesk::renderers::hydra {
 
+/// A rectangle of a picture, in pixels from the top left.
+struct PixelRect
+{
+    PXR_NS::GfVec2i origin{0, 0};
+    PXR_NS::GfVec2i size{0, 0};
+
+    std::size_t count() const
+    {
+        return static_cast<std::size_t>(size[0]) * static_cast<std::size_t>(size[1]);
+    }
+};
+
 /// What lies at a pixel, in Hydra's own numbers.
 struct RawPixels
 {

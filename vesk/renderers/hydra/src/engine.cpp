@@ -1,7 +1,5 @@
 #include "engine.h"
 
-#include "render_buffer_reading.h"
-
 #include <vesk/base/error_handling.h>
 #include <vesk/base/thread_pool.h>
 
@@ -198,14 +196,17 @@ void Engine::drawColor(const DrawRequest& request, const UsdPrim& root,
     if (_gpuEnabled) glFinish();
 }
 
-void Engine::addColorTo(picture::Film& film)
+void Engine::addColorTo(picture::Film& film, const PixelRect& rect)
 {
-    if (HdRenderBuffer* buffer = GetAovRenderBuffer(HdAovTokens->color)) addColors(*buffer, film);
+    addColors(GetAovRenderBuffer(HdAovTokens->color), rect, film);
 }
 
-std::vector<float> Engine::depthOfColor() { return readFloats(GetAovRenderBuffer(HdAovTokens->depth)); }
+std::vector<float> Engine::depthOfColor(const PixelRect& rect)
+{
+    return readFloats(GetAovRenderBuffer(HdAovTokens->depth), rect);
+}
 
-RawPixels Engine::drawGeometry(const DrawRequest& request)
+RawPixels Engine::drawGeometry(const DrawRequest& request, const PixelRect& rect)
 {
     const UsdImagingGLRenderParams params = _params(request);
     _setOutputs({HdAovTokens->color, HdAovTokens->depth, HdAovTokens->primId, HdAovTokens->instanceId,
@@ -216,11 +217,11 @@ RawPixels Engine::drawGeometry(const DrawRequest& request)
     while (isProgressing())
         _execute(params, {});
     RawPixels pixels;
-    pixels.depth = readFloats(GetAovRenderBuffer(HdAovTokens->depth));
-    pixels.prim = readIds(GetAovRenderBuffer(HdAovTokens->primId));
-    pixels.instance = readIds(GetAovRenderBuffer(HdAovTokens->instanceId));
-    pixels.element = readIds(GetAovRenderBuffer(HdAovTokens->elementId));
-    pixels.eyeNormal = readNormals(GetAovRenderBuffer(HdAovTokens->Neye));
+    pixels.depth = readFloats(GetAovRenderBuffer(HdAovTokens->depth), rect);
+    pixels.prim = readIds(GetAovRenderBuffer(HdAovTokens->primId), rect);
+    pixels.instance = readIds(GetAovRenderBuffer(HdAovTokens->instanceId), rect);
+    pixels.element = readIds(GetAovRenderBuffer(HdAovTokens->elementId), rect);
+    pixels.eyeNormal = readNormals(GetAovRenderBuffer(HdAovTokens->Neye), rect);
     return pixels;
 }
 

@@ -2,6 +2,7 @@
 
 #include "dome_light.h"
 #include "draw_request.h"
+#include "render_buffer_reading.h"
 
 #include <pxr/usd/usd/prim.h>
 #include <pxr/usdImaging/usdImagingGL/engine.h>
@@ -28,17 +29,17 @@ public:
     void drawColor(const DrawRequest& request, const PXR_NS::UsdPrim& root,
                    const std::function<void()>& stageRead);
 
-    /// Adds the colour that was drawn to a film.
-    void addColorTo(picture::Film& film);
+    /// Adds the colour that was drawn in a rectangle of the picture to a film of that rectangle.
+    void addColorTo(picture::Film& film, const PixelRect& rect);
 
     /// Whether another drawing of the same request would make it better.
     bool isProgressing() const { return !IsConverged(); }
 
     /// Reads the depth that was drawn with the colour.
-    std::vector<float> depthOfColor();
+    std::vector<float> depthOfColor(const PixelRect& rect);
 
-    /// Draws and reads what lies at the pixels' centres.
-    RawPixels drawGeometry(const DrawRequest& request);
+    /// Draws and reads what lies at the pixels' centres in a rectangle of the picture.
+    RawPixels drawGeometry(const DrawRequest& request, const PixelRect& rect);
 
     /// Takes over what changed of the stage, without drawing.
     void readStage(const DrawRequest& request, const PXR_NS::UsdPrim& root);

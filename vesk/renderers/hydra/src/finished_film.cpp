@@ -42,7 +42,7 @@ std::vector<std::uint8_t> FrameJob::_marks() const
         markOfPlace.push_back(markOf(names, m_copy.settings));
     std::vector<std::uint8_t> marks(m_film.pixelCount(), 0);
     for (std::size_t i = 0; i < marks.size(); ++i) {
-        const picture::GeometryPixel& pixel = m_film.geometry(i);
+        const picture::IdPixel& pixel = m_film.ids(i);
         if (pixel.prim >= 0) marks[i] = markOfPlace[pixel.placement];
     }
     return marks;
@@ -59,7 +59,6 @@ void FrameJob::_drawGrid(Film& film) const
         picture::CameraRays::make(m_camera, m_copy.settings.fitPolicy, m_copy.settings.size, origin, radius);
     if (!rays) return;
     const picture::Grid grid(m_copy.settings, m_facts.zUp, *rays, origin, radius);
-    const auto samples = static_cast<float>(film.samples);
     const auto width = static_cast<std::size_t>(film.width());
     base::parallelFor(
         static_cast<std::size_t>(film.height()), kRowsAtOnce, [&](std::size_t from, std::size_t to) {
@@ -69,6 +68,8 @@ void FrameJob::_drawGrid(Film& film) const
                 const picture::Grid::Crossing line = grid.cross(ray);
                 if (!(line.alpha > 0.0f)) continue;
                 FilmPixel& pixel = film.pixel(i);
+                pixel.samples = std::max(pixel.samples, 1.0f);
+                const float samples = pixel.samples;
                 const float depth = i < m_depth.size() ? m_depth[i] : 1.0f;
                 const bool lies = depth < 1.0f; // transparent surfaces leave no depth behind
                 const bool isBefore = lies && ray.viewDistance(line.t) < m_request.view.viewDistance(depth);
@@ -89,9 +90,10 @@ Film FrameJob::finishedFilm() const
     Film film = m_film;
     if (_showsGrid()) _drawGrid(film);
     const picture::DebugMode mode = m_copy.settings.debugMode;
-    if (film.hasGeometry() && mode != picture::DebugMode::None && mode != picture::DebugMode::Cost)
+    if (film.parts().colors && mode != picture::DebugMode::None && mode != picture::DebugMode::Cost)
         drawDebug(film, m_copy.settings);
-    if (film.hasGeometry() && _showsMarks()) drawOutlines(film, m_copy.settings, _marks());
+    if (film.parts().colors && film.parts().ids && showsMarks(m_copy.settings))
+        drawOutlines(film, m_copy.settings, _marks());
     return film;
 }
 

@@ -14,9 +14,8 @@ PXR_NAMESPACE_USING_DIRECTIVE
 
 namespace vesk::renderers::hydra {
 
-using picture::DebugMode;
 using picture::Film;
-using picture::GeometryPixel;
+using picture::FilmParts;
 
 FrameJob::FrameJob(std::shared_ptr<RendererCore> core) : m_core(std::move(core)) {}
 FrameJob::~FrameJob() = default;
@@ -74,8 +73,11 @@ void FrameJob::_begin()
     picture::checkRenderSize(m_copy.settings.size);
     m_samplesDone = 0;
     m_restarting = false;
-    m_wanted = _needs();
-    m_film = Film(m_copy.settings.size);
+    const std::vector<picture::Output> outputs = _outputs();
+    m_isRead = !outputs.empty();
+    m_rect = _rect();
+    m_film =
+        m_isRead ? Film(m_rect.size, picture::partsFor(outputs, m_copy.settings), m_rect.origin) : Film();
     const StageNeeds needs = StageNeeds::of(m_copy.settings, m_copy.complexity, _showsGrid());
     if (const auto facts = m_copy.scene->remembered(needs)) {
         _prepare(*facts);
@@ -106,6 +108,7 @@ void FrameJob::_prepare(const StageFacts& facts)
             "must lie before its far plane");
     }
     m_request.view = *view;
+    m_toWorld = view->view.GetInverse();
 }
 
 void FrameJob::_postPass()
@@ -119,33 +122,41 @@ void FrameJob::_postPass()
 void FrameJob::_draw(const UsdStageRefPtr& stage, StageTurn* turn, const std::function<void()>& onRead)
 {
     if (m_core->isClosed()) return;
+    _drawWithEngine(stage, turn, onRead);
+    _nameOrPass(turn);
+}
+
+void FrameJob::_drawWithEngine(const UsdStageRefPtr& stage, StageTurn* turn,
+                               const std::function<void()>& onRead)
+{
     const CurrentContext current(m_copy.scene->context());
     Engine& engine = m_copy.scene->engine();
     if (m_samplesDone > 0 && !m_progressing)
         m_request.shift = jitterOf(m_samplesDone, m_copy.settings.samples);
-    const bool namesFollow = _wantsGeometry() && m_samplesDone == 0;
+    const bool namesFollow = m_film.parts().anyGeometry() && m_samplesDone == 0;
     engine.drawColor(m_request, stage ? stage->GetPseudoRoot() : UsdPrim(), [&] {
         onRead();
         if (!namesFollow) turn->end();
     });
     m_progressing = engine.isProgressing();
     _drawPixels(engine);
-    _nameOrPass(turn);
 }
 
 void FrameJob::_drawPixels(Engine& engine)
 {
-    if (!m_wanted.pixels) return;
+    if (!m_isRead) return;
     const bool isFirst = m_samplesDone == 0;
-    // A delegate that refines its picture by itself holds all its samples in the newest one.
-    if (m_progressing || isFirst) {
-        m_film.clearColors();
-        m_film.samples = 0;
+    if (m_film.parts().colors) {
+        // A delegate that refines its picture by itself holds all its samples in the newest one.
+        if (m_progressing) {
+            for (std::size_t i = 0; i < m_film.pixelCount(); ++i)
+                m_film.pixel(i) = {};
+        }
+        engine.addColorTo(m_film, m_rect);
     }
-    engine.addColorTo(m_film);
     if (!isFirst) return;
-    if (_showsGrid()) m_depth = engine.depthOfColor();
-    if (_wantsGeometry()) m_raw = engine.drawGeometry(m_request);
+    if (_showsGrid()) m_depth = engine.depthOfColor(m_rect);
+    if (m_film.parts().anyGeometry()) m_raw = engine.drawGeometry(m_request, m_rect);
 }
 
 // Names that are not known yet are read from the stage: at once while it is ours, else in a turn of their
@@ -173,48 +184,49 @@ void FrameJob::_nameOrPass(StageTurn* turn)
         return;
     }
     _inTurn("render names", [](FrameJob& self, StageTurn& own) {
-        if (self.m_core->isClosed()) return;
-        const CurrentContext current(self.m_copy.scene->context());
-        self._nameOrPass(&own);
+        if (!self.m_core->isClosed()) self._nameOrPass(&own);
     });
 }
 
 void FrameJob::_fillGeometry()
 {
     if (m_raw.prim.size() != m_film.pixelCount() || m_raw.depth.size() != m_film.pixelCount()) return;
-    m_film.addGeometry();
     m_names.clear();
     std::map<std::pair<std::int32_t, std::int32_t>, std::uint32_t> places;
-    const GfMatrix4d toWorld = m_request.view.view.GetInverse();
     for (std::size_t i = 0; i < m_film.pixelCount(); ++i) {
-        const auto* named =
-            m_raw.prim[i] >= 0 ? m_copy.scene->named(m_raw.prim[i], m_raw.instance[i]) : nullptr;
+        if (m_raw.prim[i] < 0) continue;
+        _fillDepthAndNormal(i);
+        if (!m_film.parts().ids) continue;
+        const std::int32_t instance = i < m_raw.instance.size() ? m_raw.instance[i] : -1;
+        const auto* named = m_copy.scene->named(m_raw.prim[i], instance);
         if (!named) continue;
-        GeometryPixel& pixel = m_film.geometry(i);
-        const auto [at, isNew] = places.try_emplace({m_raw.prim[i], m_raw.instance[i]},
-                                                    static_cast<std::uint32_t>(m_names.size()));
+        picture::IdPixel& pixel = m_film.ids(i);
+        const auto [at, isNew] =
+            places.try_emplace({m_raw.prim[i], instance}, static_cast<std::uint32_t>(m_names.size()));
         if (isNew) m_names.push_back(named->names);
         pixel.placement = at->second;
         pixel.prim = named->number;
         pixel.instance = named->names.instanceIndex;
         pixel.element = i < m_raw.element.size() ? m_raw.element[i] : -1;
-        pixel.windowDepth = m_raw.depth[i];
-        pixel.viewDistance = static_cast<float>(m_request.view.viewDistance(m_raw.depth[i]));
-        if (i < m_raw.eyeNormal.size()) {
-            const GfVec3f eye = m_raw.eyeNormal[i].GetNormalized();
-            pixel.eyeNormal = picture::Vec3(eye);
-            pixel.normal = picture::Vec3(GfVec3f(toWorld.TransformDir(eye)));
-        }
     }
     m_raw = RawPixels();
+}
+
+void FrameJob::_fillDepthAndNormal(std::size_t i)
+{
+    if (m_film.parts().depths) {
+        m_film.depths(i) = {static_cast<float>(m_request.view.viewDistance(m_raw.depth[i])), m_raw.depth[i]};
+    }
+    if (m_film.parts().normals && i < m_raw.eyeNormal.size()) {
+        const GfVec3f eye = m_raw.eyeNormal[i].GetNormalized();
+        m_film.normals(i) = {picture::Vec3(GfVec3f(m_toWorld.TransformDir(eye))), picture::Vec3(eye)};
+    }
 }
 
 // Nothing is there to be drawn: the picture is its background.
 void FrameJob::_drawNothing()
 {
     _prepare(StageFacts());
-    m_film.samples = 1;
-    if (_wantsGeometry()) m_film.addGeometry();
     m_samplesDone = std::max(m_copy.settings.samples - 1, 0);
     m_progressing = false;
     base::defaultExecutor(base::Priority::Low)->post(base::Work([self = shared_from_this()] {
@@ -247,25 +259,11 @@ void FrameJob::_afterPass()
     }
 }
 
-bool FrameJob::_showsMarks() const
-{
-    const picture::FrameSettings& s = m_copy.settings;
-    return m_wanted.pixels && s.showSelection && !s.presentation &&
-           !(s.selection.empty() && s.highlighted.empty());
-}
-
 bool FrameJob::_showsGrid() const
 {
     const picture::FrameSettings& s = m_copy.settings;
-    return m_wanted.pixels && s.gridEnabled && !s.presentation && !s.transparentBackground &&
-           s.gridThickness > 0.0f;
-}
-
-bool FrameJob::_wantsGeometry() const
-{
-    const DebugMode mode = m_copy.settings.debugMode;
-    return m_wanted.geometry || _showsMarks() ||
-           (m_wanted.pixels && mode != DebugMode::None && mode != DebugMode::Cost);
+    return m_film.parts().colors && m_isRead && s.gridEnabled && !s.presentation &&
+           !s.transparentBackground && s.gridThickness > 0.0f;
 }
 
 } // namespace vesk::renderers::hydra

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "render_buffer_reading.h"
 #include "renderer_core.h"
 #include "stage_turn.h"
 
@@ -13,13 +14,6 @@
 #include <chrono>
 
 namespace vesk::renderers::hydra {
-
-/// What a picture needs besides having been drawn.
-struct PictureNeeds
-{
-    bool pixels = false;   ///< somebody reads the picture
-    bool geometry = false; ///< somebody reads what lies at its pixels
-};
 
 /// One frame on its way: reads the stage where it changed, is drawn pass by pass on the drawing thread, is
 /// finished on the default pool and tells what came of it. Thread: any.
@@ -35,7 +29,10 @@ public:
 protected:
     /// The settings to draw with, taken when the frame begins.
     virtual SettingsCopy _settings() = 0;
-    virtual PictureNeeds _needs() const = 0;
+    /// What is read of the picture; nothing where nobody looks at it.
+    virtual std::vector<picture::Output> _outputs() const = 0;
+    /// The part of the picture that is read.
+    virtual PixelRect _rect() const { return {PXR_NS::GfVec2i(0, 0), m_copy.settings.size}; }
     /// Before other drawings that wait?
     virtual base::Priority _priority() const { return base::Priority::Low; }
 
@@ -65,14 +62,15 @@ private:
     void _prepare(const StageFacts& facts);
     void _postPass();
     void _draw(const PXR_NS::UsdStageRefPtr& stage, StageTurn* turn, const std::function<void()>& onRead);
+    void _drawWithEngine(const PXR_NS::UsdStageRefPtr& stage, StageTurn* turn,
+                         const std::function<void()>& onRead);
     void _drawPixels(Engine& engine);
     void _nameOrPass(StageTurn* turn);
     void _fillGeometry();
+    void _fillDepthAndNormal(std::size_t pixel);
     void _afterPass();
     void _drawNothing();
-    bool _showsMarks() const;
     bool _showsGrid() const;
-    bool _wantsGeometry() const;
     std::vector<std::uint8_t> _marks() const;
     void _drawGrid(picture::Film& film) const;
     void _end(std::exception_ptr error);
@@ -83,10 +81,12 @@ private:
 
     std::shared_ptr<RendererCore> m_core;
     SettingsCopy m_copy;
-    PictureNeeds m_wanted;
+    bool m_isRead = false; ///< somebody looks at the picture
+    PixelRect m_rect;
     StageFacts m_facts;
     DrawRequest m_request;
     PXR_NS::GfCamera m_camera;
+    PXR_NS::GfMatrix4d m_toWorld{1.0};
     picture::Film m_film;
     RawPixels m_raw;
     std::vector<float> m_depth;
@@ -111,7 +111,7 @@ public:
 
 protected:
     SettingsCopy _settings() override;
-    PictureNeeds _needs() const override;
+    std::vector<picture::Output> _outputs() const override;
     bool _onImage(bool converged) override;
     void _finish(bool converged) override;
     void _fail(std::exception_ptr error) override;
@@ -138,7 +138,7 @@ public:
 
 protected:
     SettingsCopy _settings() override;
-    PictureNeeds _needs() const override;
+    std::vector<picture::Output> _outputs() const override;
     bool _onImage(bool converged) override;
     void _finish(bool converged) override;
     void _fail(std::exception_ptr error) override;
@@ -162,7 +162,8 @@ public:
 
 protected:
     SettingsCopy _settings() override;
-    PictureNeeds _needs() const override;
+    std::vector<picture::Output> _outputs() const override;
+    PixelRect _rect() const override { return {m_pixel, PXR_NS::GfVec2i(1, 1)}; }
     base::Priority _priority() const override { return base::Priority::High; }
     bool _onImage(bool converged) override;
     void _finish(bool converged) override;

@@ -35,15 +35,13 @@ SettingsCopy WindowFrame::_settings()
     return copy;
 }
 
-PictureNeeds WindowFrame::_needs() const
+std::vector<Output> WindowFrame::_outputs() const
 {
-    PictureNeeds needs;
+    std::vector<Output> outputs;
     for (const TfToken& aov : m_parameters.aovs) {
-        const auto output = outputOf(aov);
-        needs.pixels = needs.pixels || output.has_value();
-        needs.geometry = needs.geometry || (output && *output != Output::Color);
+        if (const auto output = outputOf(aov)) outputs.push_back(*output);
     }
-    return needs;
+    return outputs;
 }
 
 bool WindowFrame::_onImage(bool converged)
@@ -68,7 +66,7 @@ void WindowFrame::_finish(bool converged)
     result.samples = samplesDone();
     result.size = frameSettings().size;
     result.seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - m_begin).count();
-    if (_needs().pixels) {
+    if (!m_parameters.aovs.empty()) {
         const Film film = finishedFilm();
         for (const TfToken& aov : m_parameters.aovs) {
             if (const auto output = outputOf(aov))
@@ -98,10 +96,12 @@ SettingsCopy CaptureFrame::_settings()
     return m_captured;
 }
 
-PictureNeeds CaptureFrame::_needs() const
+std::vector<Output> CaptureFrame::_outputs() const
 {
-    const auto isGeometry = [](const AovCaptureRequest& r) { return outputOf(r.aov) != Output::Color; };
-    return {!m_requests.empty(), std::any_of(m_requests.begin(), m_requests.end(), isGeometry)};
+    std::vector<Output> outputs;
+    for (const AovCaptureRequest& request : m_requests)
+        outputs.push_back(*outputOf(request.aov));
+    return outputs;
 }
 
 bool CaptureFrame::_onImage(bool) { return true; }
@@ -129,7 +129,7 @@ PixelFrame::PixelFrame(std::shared_ptr<RendererCore> core, SettingsCopy copy, co
 void PixelFrame::abandon() { m_promise.setError(base::detail::brokenPromise()); }
 void PixelFrame::_fail(std::exception_ptr error) { m_promise.setError(std::move(error)); }
 SettingsCopy PixelFrame::_settings() { return m_captured; }
-PictureNeeds PixelFrame::_needs() const { return {true, m_output != Output::Color}; }
+std::vector<Output> PixelFrame::_outputs() const { return {m_output}; }
 bool PixelFrame::_onImage(bool) { return true; }
 void PixelFrame::_ended() { core()->requestEnded(shared_from_this()); }
 

@@ -40,6 +40,18 @@ EngineSetup setupOf(const RendererCreateInfo& info)
     return setup;
 }
 
+bool isNumber(const VtValue& value)
+{
+    return value.IsHolding<float>() || value.IsHolding<double>() || value.IsHolding<int>();
+}
+
+double numberOf(const VtValue& value)
+{
+    if (value.IsHolding<float>()) return value.UncheckedGet<float>();
+    if (value.IsHolding<double>()) return value.UncheckedGet<double>();
+    return value.UncheckedGet<int>();
+}
+
 [[noreturn]] void failToSwitch(const std::string& from, const std::string& to)
 {
     std::string known;
@@ -227,9 +239,10 @@ private:
             if (setting.name == "samples" && setting.value.IsHolding<int>()) {
                 const int samples = std::clamp(setting.value.UncheckedGet<int>(), 1, picture::kMostSamples);
                 m_core->change([=](FrameSettings& s) { s.samples = samples; });
-            } else if (setting.name == "complexity" && setting.value.CanCast<float>()) {
-                const float value = VtValue::Cast<float>(setting.value).UncheckedGet<float>();
-                m_core->setComplexity(std::isfinite(value) ? std::clamp(value, 1.0f, 2.0f) : 1.0f);
+            } else if (setting.name == "complexity" && isNumber(setting.value)) {
+                const double value = numberOf(setting.value);
+                m_core->setComplexity(std::isfinite(value) ? static_cast<float>(std::clamp(value, 1.0, 2.0))
+                                                           : 1.0f);
             } else {
                 others.insert_or_assign(setting.name, setting.value);
             }

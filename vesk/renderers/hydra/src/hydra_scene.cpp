@@ -43,8 +43,15 @@ bool coversAll(const StageNeeds& read, const StageNeeds& wanted)
 /// What must be made, used and destroyed on the drawing thread.
 struct HydraScene::Drawer
 {
+    Drawer() = default;
+    Drawer(const Drawer&) = delete;
+    Drawer& operator=(const Drawer&) = delete;
+
     std::shared_ptr<HWContext> context;
     std::unique_ptr<Engine> engine;
+
+    // Left over where the process exits before the drawing thread got here: the device is given back with it.
+    ~Drawer() { static_cast<void>(engine.release()); }
 
     void destroyEngine()
     {

@@ -161,16 +161,20 @@ private:
             PickingResult result;
             if (stage && isInside(m_copy.settings.size, static_cast<float>(m_point[0]),
                                   static_cast<float>(m_point[1]))) {
-                const CurrentContext current(scene.context());
-                Engine& engine = scene.engine();
-                engine.readStage(request, stage->GetPseudoRoot());
-                if (const auto hit = search(engine, request, m_point, m_radius))
-                    result = describe(scene, request, *hit, stage);
+                if (const auto hit = _search(request, stage)) result = describe(scene, request, *hit, stage);
             }
             m_promise.setValue(std::move(result));
         } catch (...) {
             m_promise.setError(std::current_exception());
         }
+    }
+
+    std::optional<RawHit> _search(const DrawRequest& request, const UsdStageRefPtr& stage) const
+    {
+        const CurrentContext current(m_copy.scene->context());
+        Engine& engine = m_copy.scene->engine();
+        engine.readStage(request, stage->GetPseudoRoot());
+        return search(engine, request, m_point, m_radius);
     }
 
     std::shared_ptr<RendererCore> m_core;

@@ -14,40 +14,53 @@ namespace {
 
 constexpr std::size_t kRowsAtOnce = 32;
 
-/// A mapped buffer: pixels by column and row, the top row first.
+/// A rectangle of a mapped buffer, the top row first.
 class MappedBuffer
 {
 public:
-    explicit MappedBuffer(HdRenderBuffer& buffer) : m_buffer(buffer)
+    MappedBuffer(HdRenderBuffer* buffer, const PixelRect& rect) : m_buffer(buffer), m_rect(rect)
     {
-        m_buffer.Resolve();
-        m_bytes = static_cast<const std::uint8_t*>(m_buffer.Map());
+        if (!m_buffer) return;
+        const GfVec2i end = rect.origin + rect.size;
+        if (end[0] > static_cast<int>(m_buffer->GetWidth()) ||
+            end[1] > static_cast<int>(m_buffer->GetHeight()))
+            return;
+        m_buffer->Resolve();
+        m_bytes = static_cast<const std::uint8_t*>(m_buffer->Map());
     }
-    ~MappedBuffer() { m_buffer.Unmap(); }
+    ~MappedBuffer()
+    {
+        if (m_bytes) m_buffer->Unmap();
+    }
     MappedBuffer(const MappedBuffer&) = delete;
     MappedBuffer& operator=(const MappedBuffer&) = delete;
 
-    std::size_t width() const { return m_buffer.GetWidth(); }
-    std::size_t height() const { return m_buffer.GetHeight(); }
-    HdFormat format() const { return m_buffer.GetFormat(); }
+    bool isValid() const { return m_bytes != nullptr; }
+    HdFormat format() const { return m_buffer->GetFormat(); }
 
-    /// Calls use(pixel index, address) for each pixel, on several threads.
+    /// Calls use(number of the pixel in the rectangle, address) for each pixel, on several threads.
     template <class F>
     void forEach(const F& use) const
     {
         if (!m_bytes) return;
         const std::size_t size = HdDataSizeOfFormat(format());
-        base::parallelFor(height(), kRowsAtOnce, [&](std::size_t from, std::size_t to) {
-            for (std::size_t row = from; row < to; ++row) {
-                const std::uint8_t* at = m_bytes + (height() - 1 - row) * width() * size;
-                for (std::size_t column = 0; column < width(); ++column, at += size)
-                    use(row * width() + column, at);
-            }
-        });
+        const std::size_t rowSize = m_buffer->GetWidth() * size;
+        const auto width = static_cast<std::size_t>(m_rect.size[0]);
+        const auto left = static_cast<std::size_t>(m_rect.origin[0]);
+        const std::size_t lastRow = m_buffer->GetHeight() - 1 - static_cast<std::size_t>(m_rect.origin[1]);
+        base::parallelFor(static_cast<std::size_t>(m_rect.size[1]), kRowsAtOnce,
+                          [&](std::size_t from, std::size_t to) {
+                              for (std::size_t row = from; row < to; ++row) {
+                                  const std::uint8_t* at = m_bytes + (lastRow - row) * rowSize + left * size;
+                                  for (std::size_t column = 0; column < width; ++column, at += size)
+                                      use(row * width + column, at);
+                              }
+                          });
     }
 
 private:
-    HdRenderBuffer& m_buffer;
+    HdRenderBuffer* m_buffer;
+    PixelRect m_rect;
     const std::uint8_t* m_bytes = nullptr;
 };
 
@@ -90,25 +103,24 @@ GfVec3f unpackNormal(const std::uint8_t* from)
 
 } // namespace
 
-void addColors(HdRenderBuffer& buffer, picture::Film& film)
+void addColors(HdRenderBuffer* buffer, const PixelRect& rect, picture::Film& film)
 {
-    const MappedBuffer mapped(buffer);
-    if (mapped.width() * mapped.height() != film.pixelCount()) return;
+    const MappedBuffer mapped(buffer, rect);
+    if (rect.count() != film.pixelCount()) return;
     mapped.forEach([&](std::size_t index, const std::uint8_t* at) {
         float c[4] = {0.0f, 0.0f, 0.0f, 1.0f};
         readChannels(mapped.format(), at, c);
         picture::FilmPixel& pixel = film.pixel(index);
         pixel.color += picture::Vec3(c[0], c[1], c[2]);
         pixel.alpha += c[3];
+        pixel.samples += 1.0f;
     });
-    ++film.samples;
 }
 
-std::vector<float> readFloats(HdRenderBuffer* buffer)
+std::vector<float> readFloats(HdRenderBuffer* buffer, const PixelRect& rect)
 {
-    if (!buffer) return {};
-    const MappedBuffer mapped(*buffer);
-    std::vector<float> values(mapped.width() * mapped.height(), 1.0f);
+    const MappedBuffer mapped(buffer, rect);
+    std::vector<float> values(mapped.isValid() ? rect.count() : 0, 1.0f);
     mapped.forEach([&](std::size_t index, const std::uint8_t* at) {
         float c[4] = {1.0f, 0.0f, 0.0f, 0.0f};
         readChannels(mapped.format(), at, c);
@@ -117,23 +129,22 @@ std::vector<float> readFloats(HdRenderBuffer* buffer)
     return values;
 }
 
-std::vector<std::int32_t> readIds(HdRenderBuffer* buffer)
+std::vector<std::int32_t> readIds(HdRenderBuffer* buffer, const PixelRect& rect)
 {
-    if (!buffer) return {};
-    const MappedBuffer mapped(*buffer);
-    std::vector<std::int32_t> values(mapped.width() * mapped.height(), -1);
-    if (HdDataSizeOfFormat(mapped.format()) != sizeof(std::int32_t)) return values;
+    const MappedBuffer mapped(buffer, rect);
+    if (!mapped.isValid() || HdDataSizeOfFormat(mapped.format()) != sizeof(std::int32_t)) return {};
+    std::vector<std::int32_t> values(rect.count(), -1);
     mapped.forEach([&](std::size_t index, const std::uint8_t* at) {
         std::memcpy(&values[index], at, sizeof(std::int32_t));
     });
     return values;
 }
 
-std::vector<GfVec3f> readNormals(HdRenderBuffer* buffer)
+std::vector<GfVec3f> readNormals(HdRenderBuffer* buffer, const PixelRect& rect)
 {
-    if (!buffer) return {};
-    const MappedBuffer mapped(*buffer);
-    std::vector<GfVec3f> values(mapped.width() * mapped.height(), GfVec3f(0.0f));
+    const MappedBuffer mapped(buffer, rect);
+    std::vector<GfVec3f> values(mapped.isValid() ? rect.count() : 0, GfVec3f(0.0f));
+    if (values.empty()) return values;
     const bool isPacked = mapped.format() == HdFormatUNorm8Vec4 || mapped.format() == HdFormatInt32;
     mapped.forEach([&](std::size_t index, const std::uint8_t* at) {
         if (isPacked) {

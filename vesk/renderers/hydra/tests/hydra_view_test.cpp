@@ -67,6 +67,7 @@ TEST(HydraView, RefusesACameraThatHasNoView)
     EXPECT_FALSE(HydraView::make(camera, CameraUtilFit, GfVec2i(10, 10)));
     camera = squareCamera(GfCamera::Perspective);
     camera.SetHorizontalAperture(0.0f);
+    camera.SetVerticalAperture(0.0f);
     EXPECT_FALSE(HydraView::make(camera, CameraUtilFit, GfVec2i(10, 10)));
 }
 
