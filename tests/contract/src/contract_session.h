@@ -107,10 +107,14 @@ PXR_NS::GfCamera makeOrthographicCamera(double extent, double ratio, double dist
 
 /// Tests that run against every renderer.
 class EveryRenderer : public testing::TestWithParam<std::string>
-{};
+{
+protected:
+    void SetUp() override;
+};
 
 /// Tests that run against every renderer that draws.
-class EveryDrawingRenderer : public testing::TestWithParam<std::string>
+/// One of Hydra's delegates skips the tests that it has not been shown to pass, and says so.
+class EveryDrawingRenderer : public EveryRenderer
 {};
 
 } // namespace vesk::tests::contract
