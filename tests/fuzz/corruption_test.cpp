@@ -129,6 +129,29 @@ TEST(Corruption, DISABLED_AnywhereInTextFilesEndsInOneErrorOrALayer)
     }
 }
 
+TEST(Corruption, AnywhereInExpressionsEndsInAValueOrReasons)
+{
+    for (const char* seed :
+         {"`\"plain ${A} and ${NONE}\"`", "`${A}`", "`if(${B}, \"x\", 'y')`", "`[\"a\", \"${A}\", 'b']`",
+          "`[1, -2, ${N}]`", "`and(${B}, not(eq(${N}, 3)), or(true, False))`", "`${E}`", "`${SELF}`",
+          "`contains([\"a\", \"b\"], \"a\")`", "`at([1, 2, 3], -1)`", "`len(\"${A}\")`",
+          "`if(lt(${N}, 4), [None], None)`", "`defined(${A}, ${NONE})`", "`\"a\\\"b\\${A}\"`"}) {
+        corrupt(seed, &vesk::fuzz::evaluateExpression, 1);
+    }
+}
+
+TEST(Corruption, OfDepthInExpressionsEndsInReasons)
+{
+    for (const char* part : {"if(", "[", "not(", "and(true, ", "\"${", "if(true, "}) {
+        std::string deep = "`";
+        for (int i = 0; i < 200000; ++i) {
+            deep += part;
+        }
+        vesk::fuzz::evaluateExpression(deep);
+        vesk::fuzz::evaluateExpression(deep + "`");
+    }
+}
+
 TEST(Corruption, SampledInPackagesEndsInOneErrorOrALayer)
 {
     for (const std::string& seed : packageSeeds()) {

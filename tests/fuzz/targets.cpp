@@ -4,9 +4,11 @@
 #include <pxr/base/tf/diagnosticMgr.h>
 #include <pxr/base/tf/error.h>
 #include <pxr/base/tf/errorMark.h>
+#include <pxr/base/vt/dictionary.h>
 #include <pxr/base/vt/value.h>
 #include <pxr/usd/sdf/layer.h>
 #include <pxr/usd/sdf/path.h>
+#include <pxr/usd/sdf/variableExpression.h>
 #include <pxr/usd/usd/attribute.h>
 #include <pxr/usd/usd/prim.h>
 #include <pxr/usd/usd/primRange.h>
@@ -229,6 +231,24 @@ void readPathText(std::string_view bytes)
     path.GetAllTargetPathsRecursively(&inside);
     static_cast<void>(path.StripAllVariantSelections().ReplacePrefix(SdfPath("/a"), SdfPath("/b")));
     mark.Clear();
+}
+
+void evaluateExpression(std::string_view bytes)
+{
+    silence();
+    TfErrorMark mark;
+    static const VtDictionary variables{{"A", VtValue(std::string("a text"))},
+                                        {"B", VtValue(true)},
+                                        {"N", VtValue(int64_t(3))},
+                                        {"E", VtValue(std::string("`${A}`"))},
+                                        {"SELF", VtValue(std::string("`${SELF}`"))}};
+    const SdfVariableExpression expression{std::string(bytes)};
+    require(static_cast<bool>(expression) == expression.GetErrors().empty(),
+            "an expression is refused without a reason, or has errors and is not refused");
+    const SdfVariableExpression::Result result = expression.Evaluate(variables);
+    require(expression || !result.errors.empty(), "an expression that is refused evaluates without an error");
+    require(result.errors.empty() || result.value.IsEmpty(), "an expression has a value and errors");
+    require(mark.IsClean(), "an expression posts an error", takeErrors(mark));
 }
 
 void readCrateFile(std::string_view bytes) { readFile(bytes, ".usdc"); }

@@ -22,6 +22,8 @@ void readTextLayer(std::string_view bytes);
 void readTextFile(std::string_view bytes);
 /// Parses a path: its text gives the same path, and its parents end at the root.
 void readPathText(std::string_view bytes);
+/// Parses a variable expression and evaluates it: a value, or reasons why there is none.
+void evaluateExpression(std::string_view bytes);
 /// Reads a crate file: one error or a layer, all of whose fields can be had.
 void readCrateFile(std::string_view bytes);
 /// Reads a package: one error or a layer, all of whose fields can be had.
