@@ -4,6 +4,7 @@
 
 #include <embree3/rtcore.h>
 
+#include <cmath>
 #include <cstdint>
 
 namespace vesk::renderers::embree {
@@ -20,6 +21,19 @@ struct SurfaceHit
     Vec3 geometricNormal; ///< in the group's space, not normalised
 };
 
+/// Whether Embree can trace a ray: it aborts the program on one that is not finite or begins too far away.
+inline bool isTraceable(Vec3 origin, Vec3 direction)
+{
+    constexpr float most = 1e18f;
+    return std::abs(origin.x) <= most && std::abs(origin.y) <= most && std::abs(origin.z) <= most &&
+           std::abs(direction.x) <= most && std::abs(direction.y) <= most && std::abs(direction.z) <= most;
+}
+
+inline bool isTraceable(const ViewRay& ray)
+{
+    return isTraceable(ray.origin, ray.direction) && !std::isnan(ray.tNear) && !std::isnan(ray.tFar);
+}
+
 /// Up to sixteen rays that are traced at once: faster than one by one where they are alike, such as those of
 /// a square of pixels.
 class RayPacket
@@ -28,10 +42,11 @@ public:
     static constexpr int kSize = 16;
     static constexpr int kSide = 4; ///< of the square of pixels that fills a packet
 
-    /// Adds a ray to a packet that is not full.
+    /// Adds a ray to a packet that is not full. One that cannot be traced hits nothing.
     void add(const ViewRay& ray)
     {
         const int i = m_count++;
+        m_valid[i] = isTraceable(ray) ? -1 : 0;
         RTCRay16& r = m_rays.ray;
         r.org_x[i] = ray.origin.x;
         r.org_y[i] = ray.origin.y;
@@ -51,7 +66,7 @@ public:
     void trace(RTCScene scene)
     {
         for (int i = 0; i < kSize; ++i) {
-            m_valid[i] = i < m_count ? -1 : 0;
+            if (i >= m_count) m_valid[i] = 0;
             m_rays.ray.time[i] = 0.0f;
             m_rays.ray.mask[i] = 0xffffffffu;
             m_rays.ray.flags[i] = 0;

@@ -197,7 +197,9 @@ void Shader::_queue(const ShadedPoint& point, Vec3 direction, float distance, st
                     Vec3 blocked)
 {
     const Vec3 side = point.surface.geometricNormal;
-    m_rays.push_back(makeRay(point.surface.position + side * offsetAt(point.hit.t), direction, distance));
+    const Vec3 from = point.surface.position + side * offsetAt(point.hit.t);
+    if (!isTraceable(from, direction) || std::isnan(distance)) return;
+    m_rays.push_back(makeRay(from, direction, distance));
     m_contributions.push_back({index, lit, blocked});
 }
 

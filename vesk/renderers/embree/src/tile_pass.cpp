@@ -107,8 +107,11 @@ void TilePass::_work()
 
 void TilePass::_traceTile(std::size_t tile)
 {
-    if (!m_isOver.load(std::memory_order_relaxed) && m_steps.isOver()) m_isOver = true;
-    if (m_isOver) return;
+    // Each "not yet" begins one tile, whatever another thread learns meanwhile.
+    if (m_isOver.load(std::memory_order_relaxed) || m_steps.isOver()) {
+        m_isOver = true;
+        return;
+    }
     try {
         m_steps.trace(tile);
     } catch (...) {

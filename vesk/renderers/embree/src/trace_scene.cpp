@@ -88,6 +88,7 @@ HitNames TraceScene::namesOf(std::uint32_t number, std::uint32_t item) const
 
 std::optional<SurfaceHit> TraceScene::intersect(const ViewRay& ray) const
 {
+    if (!isTraceable(ray)) return std::nullopt;
     RTCRayHit r{};
     r.ray.org_x = ray.origin.x;
     r.ray.org_y = ray.origin.y;
