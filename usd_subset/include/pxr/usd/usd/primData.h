@@ -46,6 +46,7 @@ public:
     bool IsDefined() const { return _flags[Usd_PrimDefinedFlag]; }
     bool HasDefiningSpecifier() const { return _flags[Usd_PrimHasDefiningSpecifierFlag]; }
     bool HasPayload() const { return _flags[Usd_PrimHasPayloadFlag]; }
+    bool MayHaveOpinionsInClips() const { return _flags[Usd_PrimClipsFlag]; }
     bool IsInstance() const { return _flags[Usd_PrimInstanceFlag]; }
     bool IsInPrototype() const { return _flags[Usd_PrimPrototypeFlag]; }
     bool IsPrototype() const { return IsInPrototype() && _path.IsRootPrimPath(); }

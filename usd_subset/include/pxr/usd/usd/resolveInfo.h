@@ -11,6 +11,8 @@
 
 PXR_NAMESPACE_OPEN_SCOPE
 
+class Usd_LayerStack;
+
 /// Where an attribute's value comes from.
 enum UsdResolveInfoSource
 {
@@ -40,6 +42,7 @@ private:
 
     SdfLayerHandle _layer;
     SdfPath _specPath;
+    const Usd_LayerStack* _clipLayerStack = nullptr; // only compared
     SdfLayerOffset _layerToStageOffset;
     UsdResolveInfoSource _source = UsdResolveInfoSourceNone;
     bool _valueIsBlocked = false;

@@ -106,7 +106,11 @@ bool UsdAttribute::HasAuthoredValue() const { return GetResolveInfo().HasAuthore
 
 bool UsdAttribute::HasFallbackValue() const { return Usd_ValueResolver(*this).GetFallback(nullptr); }
 
-bool UsdAttribute::ValueMightBeTimeVarying() const { return GetNumTimeSamples() > 1; }
+bool UsdAttribute::ValueMightBeTimeVarying() const
+{
+    const Usd_ValueResolver resolver(*this);
+    return resolver.ValueMightBeTimeVarying(resolver.Resolve(nullptr));
+}
 
 bool UsdAttribute::Get(VtValue* value, UsdTimeCode time) const
 {

@@ -35,7 +35,8 @@ bool UsdAttributeQuery::_Get(VtValue* value, UsdTimeCode time, const std::type_i
     const Usd_ValueResolver resolver(_attr);
     // What was found for numeric times does not say where the default value comes from.
     if (time.IsDefault() &&
-        (_resolveInfo.GetSource() == UsdResolveInfoSourceTimeSamples || _resolveInfo.ValueIsBlocked())) {
+        (_resolveInfo.GetSource() == UsdResolveInfoSourceTimeSamples ||
+         _resolveInfo.GetSource() == UsdResolveInfoSourceValueClips || _resolveInfo.ValueIsBlocked())) {
         return resolver.Get(value, time, type);
     }
     return resolver.Get(_resolveInfo, value, time, type);
@@ -96,6 +97,9 @@ bool UsdAttributeQuery::HasAuthoredValue() const { return _resolveInfo.HasAuthor
 
 bool UsdAttributeQuery::HasFallbackValue() const { return _attr.HasFallbackValue(); }
 
-bool UsdAttributeQuery::ValueMightBeTimeVarying() const { return GetNumTimeSamples() > 1; }
+bool UsdAttributeQuery::ValueMightBeTimeVarying() const
+{
+    return Usd_ValueResolver(_attr).ValueMightBeTimeVarying(_resolveInfo);
+}
 
 PXR_NAMESPACE_CLOSE_SCOPE

@@ -145,7 +145,8 @@ void Usd_ChangeProcessor::_ProcessPrimEntry(const SdfLayerHandle& layer, const S
         if (field == SdfFieldKeys->TypeName || field == UsdTokens->apiSchemas) {
             changesType = true;
         } else if (field == SdfFieldKeys->Active || field == SdfFieldKeys->Kind ||
-                   field == SdfFieldKeys->Specifier) {
+                   field == SdfFieldKeys->Specifier || field == UsdTokens->clips ||
+                   field == UsdTokens->clipSets) {
             resyncs = true;
         }
     }

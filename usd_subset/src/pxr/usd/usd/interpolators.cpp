@@ -1,5 +1,7 @@
 #include "pxr/usd/usd/interpolators.h"
 
+#include "pxr/usd/usd/stageImpl.h"
+
 #include <pxr/base/gf/half.h>
 #include <pxr/base/gf/math.h>
 #include <pxr/base/gf/matrix2d.h>
@@ -17,6 +19,7 @@
 #include <pxr/base/gf/vec4d.h>
 #include <pxr/base/gf/vec4f.h>
 #include <pxr/base/gf/vec4h.h>
+#include <pxr/usd/usd/attribute.h>
 #include <pxr/usd/usd/interpolation.h>
 
 #include <type_traits>
@@ -82,7 +85,59 @@ const std::unordered_map<std::type_index, Blend>& blends()
 
 } // namespace
 
-bool Usd_IsInterpolated(const std::type_info& type) { return blends().count(std::type_index(type)) != 0; }
+bool Usd_LayerSamples::Query(double time, const Usd_Interpolator& interpolator, bool takesBlocks,
+                             VtValue* value) const
+{
+    VtValue found;
+    if (!_layer.QueryTimeSample(_path, time, &found)) {
+        return false;
+    }
+    const std::type_info* const type = interpolator.GetType();
+    if (type && found.GetTypeid() != *type && !(takesBlocks && found.IsHolding<SdfValueBlock>())) {
+        return false;
+    }
+    *value = std::move(found);
+    return true;
+}
+
+bool Usd_Interpolator::GetValue(const Usd_SampleSource& source, double time, double lower, double upper,
+                                VtValue* value) const
+{
+    VtValue before;
+    if (GfIsClose(lower, upper, 1e-6)) {
+        if (!source.Query(lower, *this, true, &before) || before.IsHolding<SdfValueBlock>()) {
+            return false;
+        }
+        *value = std::move(before);
+        return true;
+    }
+    const std::type_info* const linear = _FindLinearType();
+    if (!linear) {
+        return source.Query(lower, *this, false, value);
+    }
+    const Usd_Interpolator inner(*linear);
+    VtValue after;
+    if (!source.Query(lower, inner, false, &before)) {
+        return false;
+    }
+    if (!source.Query(upper, inner, false, &after)) {
+        after = before; // the sample before a block holds
+    }
+    *value = Usd_Interpolate(before, after, (time - lower) / (upper - lower));
+    return true;
+}
+
+const std::type_info* Usd_Interpolator::_FindLinearType() const
+{
+    if (!_attribute) {
+        return _type;
+    }
+    if (Usd_ObjectAccess::GetImpl(*_attribute).interpolation == UsdInterpolationTypeHeld) {
+        return nullptr;
+    }
+    const std::type_info& type = _type ? *_type : _attribute->GetTypeName().GetType().GetTypeid();
+    return blends().count(std::type_index(type)) != 0 ? &type : nullptr;
+}
 
 VtValue Usd_Interpolate(const VtValue& lower, const VtValue& upper, double fraction)
 {

@@ -82,8 +82,7 @@ void Usd_PrimComposer::RecomposeType(const SdfPath& path)
 
 void Usd_PrimComposer::_ComposeSubtree(Usd_PrimDataPtr top)
 {
-    _stage.dependencies.RemoveBelow(top->_index ? top->_index->GetPath() : top->_path);
-    _stage.prototypes.UnregisterBelow(top->_path);
+    _Forget(top);
     std::vector<Usd_PrimDataPtr> todo{top};
     while (!todo.empty()) {
         const Usd_PrimDataPtr prim = todo.back();
@@ -104,6 +103,7 @@ void Usd_PrimComposer::_ComposePrim(Usd_PrimDataPtr prim)
                                  : _indexer.ComputePseudoRoot();
     _ComposeType(prim);
     _ComposeFlags(prim);
+    _ComposeClips(prim);
     if (prim->IsInstance()) {
         _stage.prototypes.Register(prim->_path, *prim->_index);
     }
@@ -135,9 +135,11 @@ void Usd_PrimComposer::_ComposePrototypes()
     for (const SdfPath& path : _stage.prototypes.TakeUnused()) {
         if (const Usd_PrimDataPtr prim = _stage.prims.Find(path)) {
             _stage.prototypes.UnregisterBelow(path);
+            _stage.clips.InvalidateBelow(path);
             _stage.prims.RemoveSubtree(prim);
         }
     }
+    _stage.clips.DropRetired();
 }
 
 void Usd_PrimComposer::_ComposeType(Usd_PrimDataPtr prim)
@@ -186,6 +188,21 @@ void Usd_PrimComposer::_ComposeFlags(Usd_PrimDataPtr prim)
     prim->_flags = flags;
 }
 
+void Usd_PrimComposer::_ComposeClips(Usd_PrimDataPtr prim)
+{
+    if (prim->_parent) {
+        prim->_flags[Usd_PrimClipsFlag] =
+            _stage.clips.Populate(prim->_path, *prim->_index) || prim->_parent->MayHaveOpinionsInClips();
+    }
+}
+
+void Usd_PrimComposer::_Forget(Usd_PrimDataPtr prim)
+{
+    _stage.dependencies.RemoveBelow(prim->_index ? prim->_index->GetPath() : prim->_path);
+    _stage.prototypes.UnregisterBelow(prim->_path);
+    _stage.clips.InvalidateBelow(prim->_path);
+}
+
 void Usd_PrimComposer::_ComposeChildren(Usd_PrimDataPtr prim, std::vector<Usd_PrimDataPtr>* added)
 {
     std::unordered_map<TfToken, Usd_PrimDataPtr, TfToken::HashFunctor> before;
@@ -218,9 +235,7 @@ void Usd_PrimComposer::_ComposeChildren(Usd_PrimDataPtr prim, std::vector<Usd_Pr
     }
     *link = nullptr;
     for (const auto& gone : before) {
-        _stage.dependencies.RemoveBelow(gone.second->_index ? gone.second->_index->GetPath()
-                                                            : gone.second->_path);
-        _stage.prototypes.UnregisterBelow(gone.second->_path);
+        _Forget(gone.second);
         _stage.prims.RemoveSubtree(gone.second);
     }
 }

@@ -40,6 +40,9 @@ private:
     void _ComposePrim(Usd_PrimDataPtr prim);
     void _ComposeType(Usd_PrimDataPtr prim);
     void _ComposeFlags(Usd_PrimDataPtr prim);
+    void _ComposeClips(Usd_PrimDataPtr prim);
+    /// Forgets what the stage keeps of a prim and all below it.
+    void _Forget(Usd_PrimDataPtr prim);
     void _ComposeChildren(Usd_PrimDataPtr prim, std::vector<Usd_PrimDataPtr>* added);
 
     Usd_StageImpl& _stage;

@@ -92,6 +92,27 @@ SdfPath Usd_PrimIndex::GetSitePath(const Usd_PrimIndexNode& node) const
                                              : node.path.AppendPath(_path.MakeRelativePath(_graph->path));
 }
 
+std::vector<bool> Usd_PrimIndex::FindContributingNodes() const
+{
+    const Usd_PrimIndexNodes& nodes = GetNodes();
+    std::vector<bool> contributes(nodes.size(), false);
+    for (const Usd_SpecSite& site : _sites) {
+        contributes[site.node] = true;
+    }
+    for (size_t i = 0; i != nodes.size(); ++i) {
+        if (i == 0 || contributes[i] || IsDirect(nodes[i])) {
+            for (auto above = static_cast<std::int32_t>(i); above >= 0;
+                 above = nodes[static_cast<size_t>(above)].parent) {
+                contributes[static_cast<size_t>(above)] = true;
+            }
+        }
+    }
+    for (size_t i = 0; i != nodes.size(); ++i) {
+        contributes[i] = contributes[i] && !nodes[i].isInert && !nodes[i].isCulled;
+    }
+    return contributes;
+}
+
 TfTokenVector Usd_PrimIndex::ComputeChildNames() const
 {
     TfTokenVector names;

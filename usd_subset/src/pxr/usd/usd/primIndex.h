@@ -82,6 +82,8 @@ public:
     const SdfPath& GetNodesPath() const { return _graph->path; }
     const Usd_PrimIndexNode& GetNode(const Usd_SpecSite& site) const { return _graph->nodes[site.node]; }
     bool HasSpecs() const { return !_sites.empty(); }
+    /// Whether any spec names value clips.
+    bool HasClips() const { return _hasClips; }
     bool HasPayloads() const { return _hasPayloads; }
     bool IsInstanceable() const { return _isInstanceable; }
     /// Whether a node's arc was written on this prim, not on one above.
@@ -92,6 +94,9 @@ public:
 
     /// The path of a node's site for this prim, variant selections included.
     SdfPath GetSitePath(const Usd_PrimIndexNode& node) const;
+    /// For each node, whether it or one that came with it says something of this prim; the root's always, and
+    /// those that are written on this prim.
+    std::vector<bool> FindContributingNodes() const;
     /// The names of the children in their order.
     TfTokenVector ComputeChildNames() const;
 
@@ -109,6 +114,7 @@ private:
     std::vector<Usd_SpecSite> _sites;
     std::shared_ptr<const Graph> _graph = _GetEmptyGraph();
     bool _hasPayloads = false;
+    bool _hasClips = false;
     bool _isInstanceable = false;
 };
 

@@ -4,6 +4,7 @@
 
 #include <pxr/base/tf/stringUtils.h>
 #include <pxr/usd/sdf/schema.h>
+#include <pxr/usd/usd/tokens.h>
 
 #include <algorithm>
 #include <tuple>
@@ -325,6 +326,7 @@ Usd_PrimIndexPtr Usd_PrimIndexBuilder::_Finish()
         for (const Usd_LayerStack::Entry* const entry : node.specs) {
             index->_sites.push_back({get_pointer(entry->layer), node.path, offset * entry->offset,
                                      static_cast<std::uint32_t>(i)});
+            index->_hasClips = index->_hasClips || entry->layer->HasField(node.path, UsdTokens->clips);
         }
     }
     _indexer.Count(*kept);

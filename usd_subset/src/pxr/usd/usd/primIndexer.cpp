@@ -32,7 +32,7 @@ Usd_PrimIndexPtr Usd_PrimIndexer::ComputeChild(const Usd_PrimIndex& parent, cons
     }
     index->_graph = parent._graph;
     index->_sites.reserve(parent._sites.size());
-    bool hasArcs = false;
+    Usd_SiteKinds kinds;
     // A layer says something of a child only where it says something of the parent.
     SdfPath path;
     const SdfPath* parentPath = nullptr;
@@ -43,10 +43,11 @@ Usd_PrimIndexPtr Usd_PrimIndexer::ComputeChild(const Usd_PrimIndex& parent, cons
         }
         if (site.layer->HasSpec(path)) {
             index->_sites.push_back({site.layer, path, site.offset, site.node});
-            hasArcs = hasArcs || Usd_HasArcs(*site.layer, path);
+            Usd_AddSiteKinds(*site.layer, path, &kinds);
         }
     }
-    return hasArcs ? Usd_PrimIndexBuilder(*this, index->_path).Build(parent) : index;
+    index->_hasClips = kinds.hasClips;
+    return kinds.hasArcs ? Usd_PrimIndexBuilder(*this, index->_path).Build(parent) : index;
 }
 
 Usd_LayerStackPtr Usd_PrimIndexer::FindLayerStack(const std::string& asset, const Usd_LayerStack& referrer,

@@ -1,5 +1,6 @@
 #include <pxr/usd/usd/property.h>
 
+#include "pxr/usd/usd/clipSites.h"
 #include "pxr/usd/usd/propertySites.h"
 #include "pxr/usd/usd/stageImpl.h"
 
@@ -22,13 +23,31 @@ SdfPropertySpecHandleVector UsdProperty::GetPropertyStack(UsdTimeCode time) cons
 }
 
 std::vector<std::pair<SdfPropertySpecHandle, SdfLayerOffset>>
-UsdProperty::GetPropertyStackWithLayerOffsets(UsdTimeCode) const
+UsdProperty::GetPropertyStackWithLayerOffsets(UsdTimeCode time) const
 {
     std::vector<std::pair<SdfPropertySpecHandle, SdfLayerOffset>> specs;
-    for (Usd_PropertySites sites(*_Prim().operator->(), _PropName()); sites; ++sites) {
-        if (const SdfPropertySpecHandle spec = sites.GetLayer().GetPropertyAtPath(sites.GetPath())) {
-            specs.emplace_back(spec, sites.GetOffset());
+    const auto add = [&specs](SdfLayer& layer, const SdfPath& path, const SdfLayerOffset& offset) {
+        if (const SdfPropertySpecHandle spec = layer.GetPropertyAtPath(path)) {
+            specs.emplace_back(spec, offset);
         }
+        return false;
+    };
+    if (_Prim()->MayHaveOpinionsInClips() && time.IsNumeric()) {
+        Usd_VisitSitesAndClips(
+            *_Prim().operator->(), _PropName(),
+            [&](const Usd_SpecSite& site, const SdfPath& path) {
+                return add(*site.layer, path, site.offset);
+            },
+            [&](const Usd_ClipSet& set, const Usd_LayerStack&, const SdfPath& path,
+                const SdfLayerOffset& offset) {
+                const Usd_Clip& clip = set.GetSourceOf(path, time.GetValue());
+                const SdfLayerHandle layer = clip.GetLayer();
+                return layer && add(*layer, clip.GetPathInClip(path), offset);
+            });
+        return specs;
+    }
+    for (Usd_PropertySites sites(*_Prim().operator->(), _PropName()); sites; ++sites) {
+        add(sites.GetLayer(), sites.GetPath(), sites.GetOffset());
     }
     return specs;
 }

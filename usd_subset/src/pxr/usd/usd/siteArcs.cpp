@@ -8,6 +8,7 @@
 #include <pxr/usd/sdf/payload.h>
 #include <pxr/usd/sdf/reference.h>
 #include <pxr/usd/sdf/schema.h>
+#include <pxr/usd/usd/tokens.h>
 
 #include <algorithm>
 #include <optional>
@@ -184,14 +185,15 @@ bool Usd_FindVariantSelection(const Usd_LayerStack& layerStack, const SdfPath& p
     return false;
 }
 
-bool Usd_HasArcs(const SdfLayer& layer, const SdfPath& path)
+void Usd_AddSiteKinds(const SdfLayer& layer, const SdfPath& path, Usd_SiteKinds* kinds)
 {
     for (const TfToken& field : layer.ListFields(path)) {
         if (std::find(arcFields().begin(), arcFields().end(), field) != arcFields().end()) {
-            return true;
+            kinds->hasArcs = true;
+        } else if (field == UsdTokens->clips) {
+            kinds->hasClips = true;
         }
     }
-    return false;
 }
 
 PXR_NAMESPACE_CLOSE_SCOPE

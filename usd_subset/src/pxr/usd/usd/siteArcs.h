@@ -51,7 +51,14 @@ std::vector<std::string> Usd_FindVariantSets(const Usd_LayerStack& layerStack, c
 bool Usd_FindVariantSelection(const Usd_LayerStack& layerStack, const SdfPath& path, const std::string& set,
                               Usd_PrimIndexer& indexer, std::string* selection);
 
-/// Whether a spec has any composition arc.
-bool Usd_HasArcs(const SdfLayer& layer, const SdfPath& path);
+/// What the specs of a prim hold that few have.
+struct Usd_SiteKinds
+{
+    bool hasArcs = false;
+    bool hasClips = false;
+};
+
+/// Adds what a spec holds.
+void Usd_AddSiteKinds(const SdfLayer& layer, const SdfPath& path, Usd_SiteKinds* kinds);
 
 PXR_NAMESPACE_CLOSE_SCOPE

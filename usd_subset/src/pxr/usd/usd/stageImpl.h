@@ -1,5 +1,6 @@
 #pragma once
 
+#include "pxr/usd/usd/clipCache.h"
 #include "pxr/usd/usd/dependencies.h"
 #include "pxr/usd/usd/layerStack.h"
 #include "pxr/usd/usd/primTable.h"
@@ -82,6 +83,7 @@ public:
     const std::shared_ptr<std::atomic<size_t>> placeCount = std::make_shared<std::atomic<size_t>>(0);
     Usd_Prototypes prototypes;
     Usd_Dependencies dependencies;
+    Usd_ClipCache clips;
     UsdEditTarget editTarget;
     UsdStageLoadRules loadRules;
     UsdInterpolationType interpolation = UsdInterpolationTypeLinear;

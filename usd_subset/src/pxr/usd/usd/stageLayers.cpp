@@ -5,6 +5,7 @@
 #include <pxr/base/tf/stringUtils.h>
 #include <pxr/usd/ar/resolver.h>
 #include <pxr/usd/ar/resolverContextBinder.h>
+#include <pxr/usd/sdf/changeBlock.h>
 #include <pxr/usd/sdf/layerUtils.h>
 #include <pxr/usd/usd/notice.h>
 #include <pxr/usd/usd/stage.h>
@@ -46,12 +47,15 @@ void UsdStage::Reload()
     for (const SdfLayerRefPtr& layer : _impl->GetUsedLayers()) {
         layers.insert(SdfLayerHandle(layer));
     }
+    const SdfChangeBlock block;
     SdfLayer::ReloadLayers(layers);
+    _impl->clips.Reload();
 }
 
 void UsdStage::Save()
 {
     std::set<SdfLayerRefPtr> layers = _impl->GetUsedLayers();
+    _impl->clips.CollectLayers(&layers);
     const auto& entries = _impl->layerStack->GetEntries();
     for (size_t i = 0; i != sessionLayerCount(*_impl); ++i) {
         layers.erase(entries[i].layer);
@@ -95,10 +99,14 @@ SdfLayerHandleVector UsdStage::GetLayerStack(bool includeSessionLayers) const
     return layers;
 }
 
-SdfLayerHandleVector UsdStage::GetUsedLayers(bool) const
+SdfLayerHandleVector UsdStage::GetUsedLayers(bool includeClipLayers) const
 {
+    std::set<SdfLayerRefPtr> used = _impl->GetUsedLayers();
+    if (includeClipLayers) {
+        _impl->clips.CollectLayers(&used);
+    }
     SdfLayerHandleVector layers;
-    for (const SdfLayerRefPtr& layer : _impl->GetUsedLayers()) {
+    for (const SdfLayerRefPtr& layer : used) {
         layers.push_back(SdfLayerHandle(layer));
     }
     return layers;

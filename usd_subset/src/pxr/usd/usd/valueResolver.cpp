@@ -1,11 +1,10 @@
 #include "pxr/usd/usd/valueResolver.h"
 
+#include "pxr/usd/usd/clipSites.h"
 #include "pxr/usd/usd/interpolators.h"
 #include "pxr/usd/usd/propertySites.h"
-#include "pxr/usd/usd/stageImpl.h"
 #include "pxr/usd/usd/valueUtils.h"
 
-#include <pxr/base/gf/math.h>
 #include <pxr/usd/sdf/schema.h>
 
 PXR_NAMESPACE_OPEN_SCOPE
@@ -18,35 +17,89 @@ Usd_ValueResolver::Usd_ValueResolver(const UsdAttribute& attribute)
 
 UsdResolveInfo Usd_ValueResolver::Resolve(const UsdTimeCode* time, const std::type_info* wanted) const
 {
+    if (_prim->MayHaveOpinionsInClips() && (!time || time->IsNumeric())) {
+        return _ResolveWithClips(time, wanted);
+    }
     UsdResolveInfo info;
     for (Usd_PropertySites sites(*_prim, _name); sites; ++sites) {
-        SdfLayer& layer = sites.GetLayer();
-        const SdfPath& path = sites.GetPath();
-        if ((!time || time->IsNumeric()) && layer.GetNumTimeSamplesForPath(path) > 0) {
-            info._source = UsdResolveInfoSourceTimeSamples;
-        } else {
-            const std::type_info& type = layer.GetFieldTypeid(path, SdfFieldKeys->Default);
-            if (type == typeid(void)) {
-                continue;
-            }
-            if (type == typeid(SdfValueBlock)) {
-                info._valueIsBlocked = true;
-                break;
-            }
-            if (wanted && type != *wanted) {
-                continue;
-            }
-            info._source = UsdResolveInfoSourceDefault;
+        if (_ResolveAtSite(sites.GetLayer(), sites.GetPath(), time, wanted, &info)) {
+            info._layerToStageOffset = sites.GetOffset();
+            return info;
         }
-        info._layer = SdfLayerHandle(&layer);
-        info._specPath = path;
-        info._layerToStageOffset = sites.GetOffset();
-        return info;
+        if (info._valueIsBlocked) {
+            break;
+        }
     }
-    if (GetFallback(nullptr)) {
-        info._source = UsdResolveInfoSourceFallback;
+    _ResolveFallback(&info);
+    return info;
+}
+
+bool Usd_ValueResolver::_ResolveAtSite(SdfLayer& layer, const SdfPath& path, const UsdTimeCode* time,
+                                       const std::type_info* wanted, UsdResolveInfo* info) const
+{
+    if ((!time || time->IsNumeric()) && layer.GetNumTimeSamplesForPath(path) > 0) {
+        info->_source = UsdResolveInfoSourceTimeSamples;
+    } else {
+        const std::type_info& type = layer.GetFieldTypeid(path, SdfFieldKeys->Default);
+        if (type == typeid(void)) {
+            return false;
+        }
+        if (type == typeid(SdfValueBlock)) {
+            info->_valueIsBlocked = true;
+            return false;
+        }
+        if (wanted && type != *wanted) {
+            return false;
+        }
+        info->_source = UsdResolveInfoSourceDefault;
+    }
+    info->_layer = SdfLayerHandle(&layer);
+    info->_specPath = path;
+    return true;
+}
+
+UsdResolveInfo Usd_ValueResolver::_ResolveWithClips(const UsdTimeCode* time,
+                                                    const std::type_info* wanted) const
+{
+    UsdResolveInfo info;
+    const auto atSite = [&](const Usd_SpecSite& site, const SdfPath& path) {
+        info._layerToStageOffset = site.offset;
+        return _ResolveAtSite(*site.layer, path, time, wanted, &info) || info._valueIsBlocked;
+    };
+    const auto atClips = [&](const Usd_ClipSet& set, const Usd_LayerStack& layerStack, const SdfPath& path,
+                             const SdfLayerOffset&) {
+        info._source = UsdResolveInfoSourceValueClips;
+        info._layerToStageOffset = SdfLayerOffset(); // it is in the times of the clips already
+        info._clipLayerStack = &layerStack;
+        info._specPath = path;
+        _clips = &set;
+        return true;
+    };
+    if (!Usd_VisitSitesAndClips(*_prim, _name, atSite, atClips) || info._valueIsBlocked) {
+        info._layerToStageOffset = SdfLayerOffset();
+        _ResolveFallback(&info);
     }
     return info;
+}
+
+void Usd_ValueResolver::_ResolveFallback(UsdResolveInfo* info) const
+{
+    if (GetFallback(nullptr)) {
+        info->_source = UsdResolveInfoSourceFallback;
+    }
+}
+
+// OpenUSD finds them again by the path of the prim as it is seen, also in an instance, and takes the first
+// set that is written in the layer stack, whichever of its layers names it.
+const Usd_ClipSet* Usd_ValueResolver::_FindClips(const UsdResolveInfo& info) const
+{
+    const Usd_ClipCache& cache = Usd_StageImpl::Of(*_prim->GetStage()).clips;
+    for (const Usd_ClipSetPtr& set : cache.Get(_attribute.GetPrim().GetPath())) {
+        if (set->HasValuesOf(info._clipLayerStack, info._specPath)) {
+            return set.get();
+        }
+    }
+    return nullptr;
 }
 
 bool Usd_ValueResolver::GetFallback(VtValue* value) const
@@ -86,6 +139,8 @@ bool Usd_ValueResolver::Get(const UsdResolveInfo& info, VtValue* value, UsdTimeC
             return false;
         }
         break;
+    case UsdResolveInfoSourceValueClips:
+        return time.IsNumeric() && _GetFromClips(info, value, time.GetValue(), type);
     default:
         return false;
     }
@@ -99,47 +154,23 @@ bool Usd_ValueResolver::_GetSample(const UsdResolveInfo& info, VtValue* value, d
     const double layerTime = info._layerToStageOffset.GetInverse() * time;
     double lower = 0.0;
     double upper = 0.0;
-    if (!info._layer->GetBracketingTimeSamplesForPath(info._specPath, layerTime, &lower, &upper)) {
-        return false;
-    }
-    if (GfIsClose(lower, upper, 1e-6)) {
-        VtValue found;
-        if (!info._layer->QueryTimeSample(info._specPath, lower, &found) ||
-            found.IsHolding<SdfValueBlock>()) {
-            return false;
-        }
-        *value = std::move(found);
-        return true;
-    }
-    return _Between(info, value, layerTime, lower, upper, type);
+    return info._layer->GetBracketingTimeSamplesForPath(info._specPath, layerTime, &lower, &upper) &&
+           Usd_Interpolator(_attribute, type)
+               .GetValue(Usd_LayerSamples(*info._layer, info._specPath), layerTime, lower, upper, value);
 }
 
-bool Usd_ValueResolver::_Between(const UsdResolveInfo& info, VtValue* value, double time, double lower,
-                                 double upper, const std::type_info* type) const
+bool Usd_ValueResolver::_GetFromClips(const UsdResolveInfo& info, VtValue* value, double time,
+                                      const std::type_info* type) const
 {
-    VtValue before;
-    if (!info._layer->QueryTimeSample(info._specPath, lower, &before)) {
+    const Usd_ClipSet* const clips = _clips ? _clips : _FindClips(info);
+    if (!clips || !clips->GetValue(info._specPath, time, Usd_Interpolator(_attribute, type), value)) {
         return false;
     }
-    const TfType declared = type ? TfType() : _attribute.GetTypeName().GetType();
-    const std::type_info& wanted = type ? *type : declared.GetTypeid();
-    if (Usd_StageImpl::Of(*_prim->GetStage()).interpolation == UsdInterpolationTypeHeld ||
-        !Usd_IsInterpolated(wanted)) {
-        // Who takes any type gets the block itself.
-        if (type && before.IsHolding<SdfValueBlock>()) {
-            return false;
-        }
-        *value = std::move(before);
-        return true;
+    if (const SdfLayerHandle layer = clips->GetSourceOf(info._specPath, time).GetLayer()) {
+        Usd_ResolveAssetPaths(
+            layer, Usd_StageImpl::Of(*_prim->GetStage()).resolverContext,
+            [](const std::string& text) { return text; }, value);
     }
-    if (before.GetTypeid() != wanted) {
-        return false;
-    }
-    VtValue after;
-    if (!info._layer->QueryTimeSample(info._specPath, upper, &after) || after.GetTypeid() != wanted) {
-        after = before; // blended all the same, rounding included
-    }
-    *value = Usd_Interpolate(before, after, (time - lower) / (upper - lower));
     return true;
 }
 
@@ -164,6 +195,10 @@ std::vector<double> Usd_ValueResolver::GetTimeSamples(const UsdResolveInfo& info
                                                       const GfInterval& interval) const
 {
     std::vector<double> times;
+    if (info._source == UsdResolveInfoSourceValueClips) {
+        const Usd_ClipSet* const clips = _FindClips(info);
+        return clips ? clips->GetTimesInInterval(info._specPath, interval) : times;
+    }
     if (info._source != UsdResolveInfoSourceTimeSamples || !info._layer) {
         return times;
     }
@@ -181,9 +216,21 @@ std::vector<double> Usd_ValueResolver::GetTimeSamples(const UsdResolveInfo& info
 
 size_t Usd_ValueResolver::GetNumTimeSamples(const UsdResolveInfo& info) const
 {
+    if (info._source == UsdResolveInfoSourceValueClips) {
+        return GetTimeSamples(info, GfInterval::GetFullInterval()).size();
+    }
     return info._source == UsdResolveInfoSourceTimeSamples && info._layer
                ? info._layer->GetNumTimeSamplesForPath(info._specPath)
                : 0;
+}
+
+bool Usd_ValueResolver::ValueMightBeTimeVarying(const UsdResolveInfo& info) const
+{
+    if (info._source == UsdResolveInfoSourceValueClips) {
+        const Usd_ClipSet* const clips = _clips ? _clips : _FindClips(info);
+        return clips && clips->MightBeTimeVarying(info._specPath);
+    }
+    return GetNumTimeSamples(info) > 1;
 }
 
 bool Usd_ValueResolver::GetBracketingTimeSamples(const UsdResolveInfo& info, double time, double* lower,
@@ -197,6 +244,15 @@ bool Usd_ValueResolver::GetBracketingTimeSamples(const UsdResolveInfo& info, dou
         }
         *lower = toStage * *lower;
         *upper = toStage * *upper;
+        *hasSamples = true;
+        return true;
+    }
+    if (info._source == UsdResolveInfoSourceValueClips) {
+        const Usd_ClipSet* const clips = _clips ? _clips : _FindClips(info);
+        if (!clips) {
+            return false;
+        }
+        clips->GetBracketingTimes(info._specPath, time, lower, upper);
         *hasSamples = true;
         return true;
     }

@@ -13,6 +13,8 @@
 
 PXR_NAMESPACE_OPEN_SCOPE
 
+class Usd_ClipSet;
+
 /// Finds where an attribute's value comes from, and the value.
 ///
 /// Thread: any, while nobody edits the stage.
@@ -33,18 +35,28 @@ public:
     size_t GetNumTimeSamples(const UsdResolveInfo& info) const;
     bool GetBracketingTimeSamples(const UsdResolveInfo& info, double time, double* lower, double* upper,
                                   bool* hasSamples) const;
+    bool ValueMightBeTimeVarying(const UsdResolveInfo& info) const;
     bool GetFallback(VtValue* value) const;
 
 private:
+    /// Whether a layer settles where the value comes from.
+    bool _ResolveAtSite(SdfLayer& layer, const SdfPath& path, const UsdTimeCode* time,
+                        const std::type_info* wanted, UsdResolveInfo* info) const;
+    UsdResolveInfo _ResolveWithClips(const UsdTimeCode* time, const std::type_info* wanted) const;
+    void _ResolveFallback(UsdResolveInfo* info) const;
+    /// The set of clips that was found when the info was made; null when there is none any more.
+    const Usd_ClipSet* _FindClips(const UsdResolveInfo& info) const;
     bool _GetSample(const UsdResolveInfo& info, VtValue* value, double time,
                     const std::type_info* type) const;
-    bool _Between(const UsdResolveInfo& info, VtValue* value, double time, double lower, double upper,
-                  const std::type_info* type) const;
+    bool _GetFromClips(const UsdResolveInfo& info, VtValue* value, double time,
+                       const std::type_info* type) const;
+
     void _Localize(const UsdResolveInfo& info, VtValue* value) const;
 
     const UsdAttribute& _attribute;
     Usd_PrimDataConstPtr _prim;
     const TfToken& _name;
+    mutable const Usd_ClipSet* _clips = nullptr; // that Resolve() found
 };
 
 PXR_NAMESPACE_CLOSE_SCOPE
