@@ -123,7 +123,7 @@ TEST(Clips, OfATemplateWithTooManyStepsAreLeftOut)
     EXPECT_THAT(
         warnings.texts,
         ElementsAre("Invalid time range specified for prim </P>. From templateStartTime (0.000000) to "
-                    "templateEndTime (1000000000.000000) there are more than a million steps of "
+                    "templateEndTime (1000000000.000000) there are more than 100,000 steps of "
                     "templateStride 1e-09, or their numbers are too large for file names."));
 }
 

@@ -18,7 +18,7 @@ namespace {
 
 // Times are counted in these steps of a time code, so that fractional strides do not drift.
 constexpr double kStepsPerTime = 10000.0;
-constexpr double kMaxFiles = 1e6;
+constexpr double kMaxFiles = 1e5;
 constexpr double kMaxFileNumber = 2147483647.0;
 
 template <class T>
@@ -112,7 +112,7 @@ bool isValid(const Range& range, const Pattern& pattern, const std::string& text
     if (!((range.end - range.start) / range.stride < kMaxFiles) || std::abs(range.start) > kMaxFileNumber ||
         std::abs(range.end) > kMaxFileNumber) {
         TF_WARN("Invalid time range specified for prim <%s>. From templateStartTime (%f) to templateEndTime "
-                "(%f) there are more than a million steps of templateStride %g, or their numbers are too "
+                "(%f) there are more than 100,000 steps of templateStride %g, or their numbers are too "
                 "large for file names.",
                 prim.GetText(), range.start, range.end, range.stride);
         return false;
