@@ -4,6 +4,11 @@
 #include <pxr/base/gf/vec3f.h>
 #include <pxr/base/vt/array.h>
 #include <pxr/base/vt/types.h>
+#include <pxr/usd/sdf/attributeSpec.h>
+#include <pxr/usd/sdf/changeBlock.h>
+#include <pxr/usd/sdf/layer.h>
+#include <pxr/usd/sdf/primSpec.h>
+#include <pxr/usd/sdf/types.h>
 #include <pxr/usd/usd/attribute.h>
 #include <pxr/usd/usd/prim.h>
 #include <pxr/usd/usd/relationship.h>
@@ -18,29 +23,52 @@ PXR_NAMESPACE_USING_DIRECTIVE
 namespace vesk::renderers::embree::bench {
 namespace {
 
-void fillSheet(const UsdGeomMesh& mesh, int side)
+struct SheetArrays
 {
+    explicit SheetArrays(int side)
+    {
+        for (int y = 0; y <= side; ++y) {
+            for (int x = 0; x <= side; ++x) {
+                const float u = 2.0f * float(x) / float(side) - 1.0f;
+                const float v = 2.0f * float(y) / float(side) - 1.0f;
+                points.push_back(GfVec3f(u, v, 0.1f * std::sin(9.0f * u) * std::cos(7.0f * v)));
+            }
+        }
+        for (int y = 0; y < side; ++y) {
+            for (int x = 0; x < side; ++x) {
+                const int at = y * (side + 1) + x;
+                counts.push_back(4);
+                for (const int i : {at, at + 1, at + side + 2, at + side + 1})
+                    indices.push_back(i);
+            }
+        }
+    }
     VtVec3fArray points;
     VtIntArray counts;
     VtIntArray indices;
-    for (int y = 0; y <= side; ++y) {
-        for (int x = 0; x <= side; ++x) {
-            const float u = 2.0f * float(x) / float(side) - 1.0f;
-            const float v = 2.0f * float(y) / float(side) - 1.0f;
-            points.push_back(GfVec3f(u, v, 0.1f * std::sin(9.0f * u) * std::cos(7.0f * v)));
-        }
-    }
-    for (int y = 0; y < side; ++y) {
-        for (int x = 0; x < side; ++x) {
-            const int at = y * (side + 1) + x;
-            counts.push_back(4);
-            for (const int i : {at, at + 1, at + side + 2, at + side + 1})
-                indices.push_back(i);
-        }
-    }
-    mesh.CreatePointsAttr().Set(points);
-    mesh.CreateFaceVertexCountsAttr().Set(counts);
-    mesh.CreateFaceVertexIndicesAttr().Set(indices);
+};
+
+void addAttribute(const SdfPrimSpecHandle& prim, const std::string& name, const SdfValueTypeName& type,
+                  const VtValue& value)
+{
+    SdfAttributeSpec::New(prim, name, type)->SetDefaultValue(value);
+}
+
+void addSheet(const SdfPrimSpecHandle& mesh, int side)
+{
+    const SheetArrays arrays(side);
+    addAttribute(mesh, "points", SdfValueTypeNames->Point3fArray, VtValue(arrays.points));
+    addAttribute(mesh, "faceVertexCounts", SdfValueTypeNames->IntArray, VtValue(arrays.counts));
+    addAttribute(mesh, "faceVertexIndices", SdfValueTypeNames->IntArray, VtValue(arrays.indices));
+    addAttribute(mesh, "subdivisionScheme", SdfValueTypeNames->Token, VtValue(TfToken("none")));
+}
+
+void fillSheet(const UsdGeomMesh& mesh, int side)
+{
+    const SheetArrays arrays(side);
+    mesh.CreatePointsAttr().Set(arrays.points);
+    mesh.CreateFaceVertexCountsAttr().Set(arrays.counts);
+    mesh.CreateFaceVertexIndicesAttr().Set(arrays.indices);
     mesh.CreateSubdivisionSchemeAttr().Set(TfToken("none"));
 }
 
@@ -55,13 +83,21 @@ UsdStageRefPtr makeSheet(int side)
 
 UsdStageRefPtr makeManyMeshes(int count)
 {
-    const UsdStageRefPtr stage = UsdStage::CreateInMemory();
-    for (int i = 0; i < count; ++i) {
-        const UsdGeomMesh mesh = UsdGeomMesh::Define(stage, SdfPath("/World/M" + std::to_string(i)));
-        fillSheet(mesh, 4);
-        UsdGeomXformable(mesh.GetPrim()).AddTranslateOp().Set(GfVec3d(3.0 * (i % 100), 3.0 * (i / 100), 0.0));
+    const SdfLayerRefPtr layer = SdfLayer::CreateAnonymous(".usda");
+    {
+        const SdfChangeBlock block; // one composition, not one a mesh
+        const SdfPrimSpecHandle world = SdfPrimSpec::New(layer, "World", SdfSpecifierDef, "Xform");
+        for (int i = 0; i < count; ++i) {
+            const SdfPrimSpecHandle mesh =
+                SdfPrimSpec::New(world, "M" + std::to_string(i), SdfSpecifierDef, "Mesh");
+            addSheet(mesh, 4);
+            addAttribute(mesh, "xformOp:translate", SdfValueTypeNames->Double3,
+                         VtValue(GfVec3d(3.0 * (i % 100), 3.0 * (i / 100), 0.0)));
+            addAttribute(mesh, "xformOpOrder", SdfValueTypeNames->TokenArray,
+                         VtValue(VtTokenArray(1, TfToken("xformOp:translate"))));
+        }
     }
-    return stage;
+    return UsdStage::Open(layer);
 }
 
 UsdStageRefPtr makeCopies(int count)

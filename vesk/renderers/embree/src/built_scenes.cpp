@@ -192,14 +192,14 @@ std::shared_ptr<ScenePtr> BuiltScenes::_sceneOf(const SceneGroup& group)
                        [](const SceneItem& item, const std::weak_ptr<const Geometry>& known) {
                            return known.lock() == item.geometry;
                        })) {
-            return at->second.scene;
+            if (auto known = at->second.scene.lock()) return known;
         }
     }
     GroupEntry entry;
-    entry.scene = buildGroup(m_device->get(), group);
+    std::shared_ptr<ScenePtr> scene = buildGroup(m_device->get(), group);
+    entry.scene = scene;
     for (const SceneItem& item : group.items)
         entry.geometries.emplace_back(item.geometry);
-    std::shared_ptr<ScenePtr> scene = entry.scene;
     const std::lock_guard lock(m_mutex);
     m_groups[std::move(parts)] = std::move(entry);
     return scene;
@@ -211,8 +211,9 @@ std::shared_ptr<const InstanceSet> BuiltScenes::instancesOf(const std::shared_pt
     {
         const std::lock_guard lock(m_mutex);
         const auto at = m_chunks.find(chunk.get());
-        if (at != m_chunks.end() && at->second.origin == origin && at->second.chunk.lock() == chunk)
-            return at->second.instances;
+        if (at != m_chunks.end() && at->second.origin == origin && at->second.chunk.lock() == chunk) {
+            if (auto known = at->second.instances.lock()) return known;
+        }
     }
     std::vector<std::shared_ptr<ScenePtr>> scenes;
     for (const auto& group : chunk->groups)
@@ -220,21 +221,20 @@ std::shared_ptr<const InstanceSet> BuiltScenes::instancesOf(const std::shared_pt
     auto instances = std::make_shared<const InstanceSet>(*chunk, origin, std::move(scenes), m_device->get());
     const std::lock_guard lock(m_mutex);
     m_chunks[chunk.get()] = {chunk, origin, instances};
+    if (m_chunks.size() > 2 * m_keptChunks + 64) _dropUnused();
     return instances;
 }
 
-void BuiltScenes::dropUnused()
+// Entries of what is gone are small: they are looked for only when they may be the greater part.
+void BuiltScenes::_dropUnused()
 {
-    const std::lock_guard lock(m_mutex);
     for (auto at = m_chunks.begin(); at != m_chunks.end();) {
-        at = at->second.chunk.expired() ? m_chunks.erase(at) : std::next(at);
+        at = at->second.instances.expired() ? m_chunks.erase(at) : std::next(at);
     }
     for (auto at = m_groups.begin(); at != m_groups.end();) {
-        const auto& shapes = at->second.geometries;
-        const bool gone = std::any_of(shapes.begin(), shapes.end(),
-                                      [](const std::weak_ptr<const Geometry>& g) { return g.expired(); });
-        at = gone ? m_groups.erase(at) : std::next(at);
+        at = at->second.scene.expired() ? m_groups.erase(at) : std::next(at);
     }
+    m_keptChunks = m_chunks.size();
 }
 
 } // namespace vesk::renderers::embree

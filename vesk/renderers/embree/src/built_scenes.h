@@ -7,6 +7,7 @@
 #include <map>
 #include <memory>
 #include <mutex>
+#include <unordered_map>
 
 namespace vesk::renderers::embree {
 
@@ -60,7 +61,7 @@ private:
 };
 
 /// Built acceleration structures, so that a shape is built once however often it is placed and however often
-/// the scene around it changes. Thread: any.
+/// the scene around it changes. They live as long as a scene holds them. Thread: any.
 class BuiltScenes
 {
 public:
@@ -69,9 +70,6 @@ public:
     /// The instances of a chunk in a space with an origin, made now or before.
     std::shared_ptr<const InstanceSet> instancesOf(const std::shared_ptr<const SceneChunk>& chunk,
                                                    const PXR_NS::GfVec3d& origin);
-
-    /// Forgets what nobody else holds any more.
-    void dropUnused();
 
     const std::shared_ptr<Device>& device() const { return m_device; }
 
@@ -93,22 +91,24 @@ private:
     struct GroupEntry
     {
         std::vector<std::weak_ptr<const Geometry>> geometries;
-        std::shared_ptr<ScenePtr> scene;
+        std::weak_ptr<ScenePtr> scene;
     };
     struct ChunkEntry
     {
         std::weak_ptr<const SceneChunk> chunk;
         PXR_NS::GfVec3d origin;
-        std::shared_ptr<const InstanceSet> instances;
+        std::weak_ptr<const InstanceSet> instances;
     };
 
+    void _dropUnused();
     std::shared_ptr<ScenePtr> _sceneOf(const SceneGroup& group);
 
     std::shared_ptr<Device> m_device;
     std::mutex m_buildMutex;
     std::mutex m_mutex; // guards what follows
     std::map<std::vector<Part>, GroupEntry, PartsLess> m_groups;
-    std::map<const SceneChunk*, ChunkEntry> m_chunks;
+    std::unordered_map<const SceneChunk*, ChunkEntry> m_chunks;
+    std::size_t m_keptChunks = 0; ///< when what nobody holds any more was last dropped
 };
 
 } // namespace vesk::renderers::embree

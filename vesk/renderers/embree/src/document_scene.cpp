@@ -147,14 +147,13 @@ DocumentScene::Pull DocumentScene::_take(const DocumentExecContext& context, con
 
 std::shared_ptr<const TraceScene> DocumentScene::_traced(const std::shared_ptr<const SceneSnapshot>& snapshot)
 {
-    std::optional<GfVec3d> formerOrigin;
+    std::shared_ptr<const TraceScene> former;
     {
         const std::lock_guard lock(m_mutex);
         if (m_traceScene && &m_traceScene->snapshot() == snapshot.get()) return m_traceScene;
-        if (m_traceScene) formerOrigin = m_traceScene->origin();
+        former = m_traceScene;
     }
-    auto traced = std::make_shared<const TraceScene>(snapshot, *m_built, formerOrigin);
-    m_built->dropUnused();
+    auto traced = std::make_shared<const TraceScene>(snapshot, *m_built, former.get());
     const std::lock_guard lock(m_mutex);
     if (m_snapshot == snapshot) m_traceScene = traced;
     return traced;

@@ -4,6 +4,7 @@
 #include "material_extraction.h"
 #include "stage_reading.h"
 
+#include <pxr/usd/usd/primRange.h>
 #include <pxr/usd/usdGeom/imageable.h>
 #include <pxr/usd/usdGeom/subset.h>
 #include <vesk/base/logging.h>
@@ -121,7 +122,10 @@ std::shared_ptr<const Geometry> ItemReader::_geometryOf(const UsdPrim& prim, int
     // What a skeleton deforms changes with prims elsewhere: it is read whenever it is looked at.
     const bool isDeformed = kind == Mesh && m_skeletons.isBound(prim);
     const GeometryCache::Entry* known = isDeformed ? nullptr : m_cache.find(path, m_request.time, primvars);
-    if (known) return known->geometry;
+    if (known) {
+        m_shapesMayVary |= known->mayVary;
+        return known->geometry;
+    }
     ShapeReading reading = _read(prim, kind, primvars);
     if (!reading.problem.empty()) {
         VESK_LOG_WARN("Prim {} {} and is not drawn", path.GetString(), reading.problem);
@@ -130,6 +134,7 @@ std::shared_ptr<const Geometry> ItemReader::_geometryOf(const UsdPrim& prim, int
     reading.geometry.computeBox();
     if (reading.drawable) entry.geometry = std::make_shared<const Geometry>(std::move(reading.geometry));
     entry.mayVary = shapeMayVary(prim);
+    m_shapesMayVary |= isDeformed || entry.mayVary;
     entry.time = m_request.time;
     entry.primvars = primvars;
     if (isDeformed) return entry.geometry;
@@ -153,6 +158,18 @@ ShapeReading ItemReader::_read(const UsdPrim& prim, int kind, const std::vector<
     default:
         return readImplicitShape(prim, m_time);
     }
+}
+
+bool ItemReader::materialsMayVary() const
+{
+    for (const SdfPath& path : m_materialPaths) {
+        const UsdPrim material = m_stage->GetPrimAtPath(path);
+        if (!material) continue;
+        for (const UsdPrim& prim : UsdPrimRange(material)) {
+            if (anyAttributeMayVary(prim)) return true;
+        }
+    }
+    return false;
 }
 
 std::shared_ptr<const Material> ItemReader::_materialAt(const SdfPath& path)

@@ -13,6 +13,7 @@
 #include <map>
 #include <optional>
 #include <set>
+#include <utility>
 
 namespace vesk::renderers::embree {
 
@@ -41,6 +42,12 @@ public:
     /// The prims that deform others and were read.
     const std::set<PXR_NS::SdfPath>& skeletonPaths() const { return m_skeletons.usedPaths(); }
 
+    /// Whether any of them may change over time.
+    bool materialsMayVary() const;
+
+    /// Whether any shape that was read since the last call may change over time.
+    bool takeShapesMayVary() { return std::exchange(m_shapesMayVary, false); }
+
 private:
     std::shared_ptr<const Geometry> _geometryOf(const PXR_NS::UsdPrim& prim, int kind, bool inPrototype,
                                                 const std::vector<std::string>& primvars);
@@ -63,6 +70,7 @@ private:
     SkeletonReader m_skeletons;
     std::map<PXR_NS::SdfPath, std::shared_ptr<const Material>> m_materials;
     std::set<PXR_NS::SdfPath> m_materialPaths;
+    bool m_shapesMayVary = false;
 };
 
 } // namespace vesk::renderers::embree

@@ -8,6 +8,7 @@
 #include <vesk/base/logging.h>
 
 #include <algorithm>
+#include <utility>
 
 PXR_NAMESPACE_USING_DIRECTIVE
 
@@ -63,8 +64,10 @@ bool ChunkReader::_addStandIn(const UsdPrim& prim, const InheritedState& state, 
 std::shared_ptr<const SceneChunk> ChunkReader::read(const UsdPrim& prim, const InheritedState& state)
 {
     auto chunk = std::make_shared<SceneChunk>();
+    m_mayVary = false;
     std::vector<SceneItem> standIns;
     if (_addStandIn(prim, state, standIns)) {
+        m_mayVary = true; // with the extents and pictures of all that it stands for
         if (standIns.empty() || !addGroup(*chunk, makeGroup(std::move(standIns)), state.toRoot))
             return nullptr;
         return chunk;
@@ -86,6 +89,7 @@ std::shared_ptr<const SceneChunk> ChunkReader::read(const UsdPrim& prim, const I
         }
     }
     if (auto light = readStageLight(prim, state.toRoot, m_time, m_textures)) chunk->lights.push_back(*light);
+    m_mayVary = m_items.takeShapesMayVary() || m_mayVary;
     if (chunk->placements.empty() && chunk->lights.empty()) return nullptr;
     return chunk;
 }
@@ -139,6 +143,7 @@ std::optional<InheritedState> ChunkReader::_stateOfPrototype(const UsdPrim& root
     const bool isBelow = root.GetPath().HasPrefix(instancer.GetPath());
     for (auto p = between.rbegin(); p != between.rend(); ++p) {
         InheritedState above = own;
+        m_mayVary = m_mayVary || anyAttributeMayVary(*p);
         // What hides prototypes beside the instancer hides them there alone.
         if (!m_states.descend(*p, above)) {
             if (isBelow) return std::nullopt;
@@ -169,7 +174,9 @@ std::shared_ptr<const SceneChunk> ChunkReader::_prototype(const UsdPrim& root, c
 {
     std::vector<Known>& known = m_prototypes[root.GetPath()];
     for (const Known& k : known) {
-        if (k.state.looksLike(state)) return k.chunk;
+        if (!k.state.looksLike(state)) continue;
+        m_mayVary |= k.mayVary;
+        return k.chunk;
     }
     if (!m_underWay.insert(root.GetPath()).second) {
         VESK_LOG_WARN("Prototype {} holds itself and is not drawn there", root.GetPath().GetString());
@@ -177,9 +184,12 @@ std::shared_ptr<const SceneChunk> ChunkReader::_prototype(const UsdPrim& root, c
     }
     InheritedState own = state;
     own.toRoot = GfMatrix4d(1.0);
+    const bool before = std::exchange(m_mayVary, false);
     auto chunk = _readPrototype(root, own, rootIsDrawn);
+    m_mayVary = m_items.takeShapesMayVary() || m_mayVary;
     m_underWay.erase(root.GetPath());
-    m_prototypes[root.GetPath()].push_back({state, chunk});
+    m_prototypes[root.GetPath()].push_back({state, chunk, m_mayVary});
+    m_mayVary |= before;
     return chunk;
 }
 
@@ -202,9 +212,11 @@ std::shared_ptr<const SceneChunk> ChunkReader::_readPrototype(const UsdPrim& roo
     while (!pending.empty()) {
         auto [prim, own] = std::move(pending.back());
         pending.pop_back();
+        m_mayVary = m_mayVary || anyAttributeMayVary(prim);
         if (!m_states.descend(prim, own)) continue;
         const std::size_t before = items.size();
         if (_addStandIn(prim, own, items)) {
+            m_mayVary = true;
             for (std::size_t i = before; i < items.size(); ++i) {
                 items[i].toGroup = own.toRoot;
                 items[i].movesInGroup = own.toRoot != GfMatrix4d(1.0);

@@ -24,6 +24,9 @@ public:
     /// Whether what lies below a prim is read with it.
     static bool standsForAll(const PXR_NS::UsdPrim& prim);
 
+    /// Whether what the last prim stands for, beyond its own attributes, may change over time.
+    bool lastMayVary() const { return m_mayVary; }
+
     const StateReader& states() const { return m_states; }
     const ItemReader& items() const { return m_items; }
 
@@ -35,6 +38,7 @@ private:
     {
         InheritedState state;
         std::shared_ptr<const SceneChunk> chunk;
+        bool mayVary = false;
     };
 
     bool _addStandIn(const PXR_NS::UsdPrim& prim, const InheritedState& state, std::vector<SceneItem>& items);
@@ -57,6 +61,7 @@ private:
     std::map<PXR_NS::SdfPath, std::vector<Known>> m_prototypes;
     std::set<PXR_NS::SdfPath> m_underWay; ///< prototypes that are being read, to find one inside itself
     std::set<PXR_NS::SdfPath> m_sharedPaths;
+    bool m_mayVary = false; ///< something in the prim or prototype that is being read
 };
 
 } // namespace vesk::renderers::embree

@@ -9,6 +9,7 @@
 #include <pxr/base/gf/vec4f.h>
 #include <pxr/base/vt/value.h>
 
+#include <algorithm>
 #include <cmath>
 
 PXR_NAMESPACE_USING_DIRECTIVE
@@ -143,6 +144,13 @@ bool shapeMayVary(const UsdPrim& prim)
         if (!isPlace && attribute.ValueMightBeTimeVarying()) return true;
     }
     return false;
+}
+
+bool anyAttributeMayVary(const UsdPrim& prim)
+{
+    const auto attributes = prim.GetAuthoredAttributes();
+    return std::any_of(attributes.begin(), attributes.end(),
+                       [](const UsdAttribute& attribute) { return attribute.ValueMightBeTimeVarying(); });
 }
 
 } // namespace vesk::renderers::embree

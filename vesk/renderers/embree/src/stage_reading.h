@@ -63,4 +63,7 @@ bool fits(const Primvar<T>& primvar, std::size_t faces, std::size_t points, std:
 /// Whether any of the prim's attributes that shape it may change over time.
 bool shapeMayVary(const PXR_NS::UsdPrim& prim);
 
+/// Whether any of the prim's attributes may change over time.
+bool anyAttributeMayVary(const PXR_NS::UsdPrim& prim);
+
 } // namespace vesk::renderers::embree

@@ -1,50 +1,92 @@
 #include "trace_scene.h"
 
+#include <algorithm>
 #include <chrono>
+#include <time.h>
 
 PXR_NAMESPACE_USING_DIRECTIVE
 
 namespace vesk::renderers::embree {
 
+double threadSeconds()
+{
+    timespec time{};
+    ::clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
+    return static_cast<double>(time.tv_sec) + 1e-9 * static_cast<double>(time.tv_nsec);
+}
+
 TraceScene::TraceScene(std::shared_ptr<const SceneSnapshot> snapshot, BuiltScenes& built,
-                       const std::optional<GfVec3d>& formerOrigin)
+                       const TraceScene* former)
     : m_snapshot(std::move(snapshot)), m_device(built.device())
 {
     const std::lock_guard building(built.buildMutex());
-    _setOrigin(formerOrigin);
+    _setOrigin(former);
+    if (!former || !_takeOver(*former, built)) _addChunks(built);
     m_scene = std::make_unique<ScenePtr>(rtcNewScene(m_device->get()));
     rtcSetSceneFlags(m_scene->get(), RTC_SCENE_FLAG_ROBUST);
+    for (std::size_t i = 0; i < m_geometries.size(); ++i) {
+        if (m_geometries[i]) rtcAttachGeometryByID(m_scene->get(), m_geometries[i], static_cast<unsigned>(i));
+    }
+    const auto start = std::chrono::steady_clock::now();
+    const double threadStart = threadSeconds();
+    rtcCommitScene(m_scene->get());
+    m_commitThreadSeconds = threadSeconds() - threadStart;
+    m_commitSeconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+}
+
+// Mostly a few chunks were replaced by others of the same size: every number stays what it was.
+bool TraceScene::_takeOver(const TraceScene& former, BuiltScenes& built)
+{
+    const auto& chunks = m_snapshot->chunks;
+    if (m_origin != former.m_origin || chunks.size() != former.m_chunks.size()) return false;
+    std::vector<std::size_t> replaced;
+    for (std::size_t i = 0; i < chunks.size(); ++i) {
+        const SceneChunk* before = former.m_chunks[i].chunk;
+        if (chunks[i].get() == before) continue;
+        if (chunks[i]->placements.size() != before->placements.size() ||
+            chunks[i]->primCount != before->primCount) {
+            return false;
+        }
+        replaced.push_back(i);
+    }
+    m_chunks = former.m_chunks;
+    m_chunkOfPlacement = former.m_chunkOfPlacement;
+    m_instances = former.m_instances;
+    m_geometries = former.m_geometries;
+    for (const std::size_t i : replaced) {
+        m_chunks[i].chunk = chunks[i].get();
+        m_instances[i] = built.instancesOf(chunks[i], m_origin);
+        const auto& geometries = m_instances[i]->geometries();
+        std::copy(geometries.begin(), geometries.end(), m_geometries.begin() + m_chunks[i].firstPlacement);
+    }
+    return true;
+}
+
+void TraceScene::_addChunks(BuiltScenes& built)
+{
     m_chunks.reserve(m_snapshot->chunks.size());
     m_instances.reserve(m_snapshot->chunks.size());
-    std::uint32_t placements = 0;
     std::uint32_t prims = 0;
     for (const std::shared_ptr<const SceneChunk>& chunk : m_snapshot->chunks) {
         m_instances.push_back(built.instancesOf(chunk, m_origin));
         m_isSolid = m_isSolid && chunk->isSolid;
         const auto number = static_cast<std::uint32_t>(m_chunks.size());
-        m_chunks.push_back({chunk.get(), placements, prims});
+        m_chunks.push_back({chunk.get(), static_cast<std::uint32_t>(m_geometries.size()), prims});
         m_chunkOfPlacement.insert(m_chunkOfPlacement.end(), chunk->placements.size(), number);
-        std::uint32_t id = placements;
-        for (const RTCGeometry geometry : m_instances.back()->geometries()) {
-            if (geometry) rtcAttachGeometryByID(m_scene->get(), geometry, id);
-            ++id;
-        }
-        placements += static_cast<std::uint32_t>(chunk->placements.size());
+        const auto& geometries = m_instances.back()->geometries();
+        m_geometries.insert(m_geometries.end(), geometries.begin(), geometries.end());
         prims += chunk->primCount;
     }
-    const auto start = std::chrono::steady_clock::now();
-    rtcCommitScene(m_scene->get());
-    m_commitSeconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
 }
 
-void TraceScene::_setOrigin(const std::optional<GfVec3d>& former)
+void TraceScene::_setOrigin(const TraceScene* former)
 {
     const GfRange3d& bounds = m_snapshot->bounds;
     if (bounds.IsEmpty()) return;
     const GfVec3d middle = bounds.GetMidpoint();
     const double half = 0.5 * bounds.GetSize().GetLength();
     const double radius = half > 0.0 ? half : 1.0;
-    m_origin = former && (*former - middle).GetLength() <= radius ? *former : middle;
+    m_origin = former && (former->m_origin - middle).GetLength() <= radius ? former->m_origin : middle;
     m_radius = static_cast<float>(radius);
     m_reach = static_cast<float>(radius + (m_origin - middle).GetLength());
 }

@@ -25,15 +25,18 @@ struct HitNames
     int instanceIndex = -1;
 };
 
+/// The processor time that the calling thread has used.
+double threadSeconds();
+
 /// A snapshot ready for ray tracing. Its space is the world moved by `origin`, so that single precision
 /// serves scenes far from the world's origin too. It never changes after it was built. Thread: any.
 class TraceScene
 {
 public:
     /// Builds the acceleration structures on the calling thread and Embree's own.
-    /// \param formerOrigin of the scene before, kept where it still serves: what did not change is shared
+    /// \param former the scene before, may be null: what did not change is shared with it
     TraceScene(std::shared_ptr<const SceneSnapshot> snapshot, BuiltScenes& built,
-               const std::optional<PXR_NS::GfVec3d>& formerOrigin = std::nullopt);
+               const TraceScene* former = nullptr);
 
     const SceneSnapshot& snapshot() const { return *m_snapshot; }
     const PXR_NS::GfVec3d& origin() const { return m_origin; }
@@ -60,9 +63,11 @@ public:
     }
     int instanceIndexOf(std::uint32_t placement) const { return _placementOf(placement).instanceIndex; }
 
-    /// The scene as Embree knows it, and how long Embree took to build it from its parts.
+    /// The scene as Embree knows it, and how long Embree took to build it from its parts: wall time, and the
+    /// processor time of the thread that asked for it.
     RTCScene handle() const { return m_scene->get(); }
     double commitSeconds() const { return m_commitSeconds; }
+    double commitThreadSeconds() const { return m_commitThreadSeconds; }
 
     /// Finds the nearest hit of one ray.
     std::optional<SurfaceHit> intersect(const ViewRay& ray) const;
@@ -82,7 +87,9 @@ private:
         std::uint32_t firstPrim;
     };
 
-    void _setOrigin(const std::optional<PXR_NS::GfVec3d>& former);
+    void _setOrigin(const TraceScene* former);
+    bool _takeOver(const TraceScene& former, BuiltScenes& built);
+    void _addChunks(BuiltScenes& built);
     const Chunk& _chunkOf(std::uint32_t placement) const { return m_chunks[m_chunkOfPlacement[placement]]; }
     const Placement& _placementOf(std::uint32_t placement) const
     {
@@ -98,9 +105,11 @@ private:
     bool m_isSolid = true;
     std::vector<Chunk> m_chunks;
     std::vector<std::uint32_t> m_chunkOfPlacement;
-    std::vector<std::shared_ptr<const InstanceSet>> m_instances;
+    std::vector<std::shared_ptr<const InstanceSet>> m_instances; ///< one a chunk
+    std::vector<RTCGeometry> m_geometries; ///< one a placement, null for none; they belong to `m_instances`
     std::unique_ptr<ScenePtr> m_scene;
     double m_commitSeconds = 0.0;
+    double m_commitThreadSeconds = 0.0;
 };
 
 } // namespace vesk::renderers::embree
