@@ -185,7 +185,7 @@ std::vector<Bomb> arcBombs()
                              }) +
                     numbered(2 * count + 1, [](size_t) { return "}\n"; });
          }),
-         {"", 1, ""}},
+         {"", 1, "lead on through more than 100 others"}},
     };
     bombs.insert(bombs.end(), more.begin(), more.end());
     return bombs;
