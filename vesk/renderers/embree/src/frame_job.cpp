@@ -227,8 +227,9 @@ void FrameJob::_endPass(std::exception_ptr error)
 
 void FrameJob::_takeImage()
 {
+    // Samples of whole images are close together and far faster than those of coarse ones.
     const double seconds = std::chrono::duration<double>(Clock::now() - m_pass.begin).count();
-    m_core->sampleRate(m_now.parts.colors).note(seconds, m_passSamples);
+    if (m_pass.block > 1) m_core->sampleRate(m_now.parts.colors).note(seconds, m_passSamples);
     if (m_pass.film == &m_next) {
         m_now.film = std::move(m_next);
         m_next = Film();
