@@ -163,7 +163,7 @@ std::vector<Bomb> geometry()
                  "double templateEndTime = 1e300\ndouble templateStride = 1e-300\n}\n}\n)\n{\n"
                  "double a\n}\n");
          }),
-         {"", 1, ""}},
+         {"", 1, "more than 100,000 steps of templateStride"}},
     };
 }
 

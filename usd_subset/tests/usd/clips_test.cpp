@@ -120,11 +120,10 @@ TEST(Clips, OfATemplateWithTooManyStepsAreLeftOut)
     clips["default"] = VtValue(set);
     const Warnings warnings;
     UsdClipsAPI(prim(scene, "/P")).SetClips(clips);
-    EXPECT_THAT(
-        warnings.texts,
-        ElementsAre("Invalid time range specified for prim </P>. From templateStartTime (0.000000) to "
-                    "templateEndTime (1000000000.000000) there are more than 100,000 steps of "
-                    "templateStride 1e-09, or their numbers are too large for file names."));
+    EXPECT_THAT(warnings.texts,
+                ElementsAre("Invalid time range specified for prim </P>. From templateStartTime (0) to "
+                            "templateEndTime (1e+09) there are more than 100,000 steps of "
+                            "templateStride 1e-09, or their numbers are too large for file names."));
 }
 
 TEST(Clips, HaveSetsWithNamesThatAreIdentifiers)

@@ -111,8 +111,8 @@ bool isValid(const Range& range, const Pattern& pattern, const std::string& text
     }
     if (!((range.end - range.start) / range.stride < kMaxFiles) || std::abs(range.start) > kMaxFileNumber ||
         std::abs(range.end) > kMaxFileNumber) {
-        TF_WARN("Invalid time range specified for prim <%s>. From templateStartTime (%f) to templateEndTime "
-                "(%f) there are more than 100,000 steps of templateStride %g, or their numbers are too "
+        TF_WARN("Invalid time range specified for prim <%s>. From templateStartTime (%g) to templateEndTime "
+                "(%g) there are more than 100,000 steps of templateStride %g, or their numbers are too "
                 "large for file names.",
                 prim.GetText(), range.start, range.end, range.stride);
         return false;
