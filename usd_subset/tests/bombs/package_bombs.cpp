@@ -8,8 +8,8 @@ namespace {
 
 void put(std::string* bytes, uint64_t value, int count)
 {
-    for (int i = 0; i < count; ++i) {
-        *bytes += static_cast<char>(value >> (8 * i) & 0xff);
+    for (; count > 0; --count, value >>= 8) {
+        *bytes += static_cast<char>(value & 0xff);
     }
 }
 
