@@ -17,6 +17,17 @@ namespace vesk::tests::contract {
 using namespace framework::hydra_renderer;
 using framework::usd_document::UsdDocument;
 
+/// A white sheet of two square faces side by side, which meet at x = 0.
+inline constexpr const char* kSheetScene = R"(#usda 1.0
+def Mesh "Sheet" {
+    uniform token subdivisionScheme = "none"
+    int[] faceVertexCounts = [4, 4]
+    int[] faceVertexIndices = [0, 1, 4, 3, 1, 2, 5, 4]
+    color3f[] primvars:displayColor = [(1, 1, 1)]
+    point3f[] points = [(-1, -1, 0), (0, -1, 0), (1, -1, 0), (-1, 1, 0), (0, 1, 0), (1, 1, 0)]
+}
+)";
+
 /// The scene that most tests stand on: a sphere of radius 1 at the origin.
 inline constexpr const char* kSphereScene = R"(#usda 1.0
 def Sphere "Ball" { double radius = 1

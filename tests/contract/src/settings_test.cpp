@@ -124,15 +124,7 @@ def Camera "Cam" {
 
 TEST_P(EveryDrawingRenderer, DrawsOnlyTheEdgesOfFacesAsAWireframe)
 {
-    ContractSession session(GetParam(), R"(#usda 1.0
-def Mesh "Sheet" {
-    uniform token subdivisionScheme = "none"
-    int[] faceVertexCounts = [4, 4]
-    int[] faceVertexIndices = [0, 1, 4, 3, 1, 2, 5, 4]
-    color3f[] primvars:displayColor = [(1, 1, 1)]
-    point3f[] points = [(-1, -1, 0), (0, -1, 0), (1, -1, 0), (-1, 1, 0), (0, 1, 0), (1, 1, 0)]
-}
-)");
+    ContractSession session(GetParam(), kSheetScene);
     session.lookOrthographic(4.0);
     session.useAmbientLightOnly();
     session.renderer->setDrawMode(TfToken("wireframe"));
